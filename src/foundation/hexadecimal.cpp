@@ -1,5 +1,7 @@
 #include "foundation/hexadecimal.h"
 
+#include <algorithm>
+
 #include "foundation/GeneralError.h"
 
 namespace tsr {
@@ -16,6 +18,12 @@ std::uint32_t hexDigit(char character) {
     if (character >= 'A' && character <= 'F') return static_cast<std::uint32_t>(character - 'A' + 10);
     if (character >= 'a' && character <= 'f') return static_cast<std::uint32_t>(character - 'a' + 10);
     throw GeneralError(Message::InvalidHexDigit) << Tag("c") << character;
+}
+
+std::string toHex(std::uint32_t value, std::size_t width) {
+    const std::string word = toHexWord(value);
+    const std::string text = word.substr(std::min(word.find_first_not_of('0'), wordDigits - 1));
+    return std::string(width - std::min(width, text.size()), ' ') + text;
 }
 
 std::size_t parseHexWord(const std::string& text, std::size_t position, std::uint32_t& word) {

@@ -10,6 +10,9 @@ namespace tsr {
 // The value of one digit of either case. Raises InvalidHexDigit.
 std::uint32_t hexDigit(char character);
 
+// Lowercase, right-aligned in `width` columns of blanks: the form of ids in the log.
+std::string toHex(std::uint32_t value, std::size_t width = 0);
+
 // Reads the 8 digits from `position` on into `word`, the first digit the most significant, and returns the
 // position after them. A text that is too short runs into its terminator, which raises InvalidHexDigit as any
 // other bad digit does. `position` is at most the length of the text.

@@ -1,8 +1,6 @@
 #include "foundation/messages.h"
 
-#include <iomanip>
-#include <sstream>
-
+#include "foundation/hexadecimal.h"
 #include "platform/stringTable.h"
 #include "platform/systemError.h"
 
@@ -53,10 +51,7 @@ std::string describeSyncResult(std::uint32_t code) {
     for (const SyncResult& result : syncResults) {
         if (result.code == code) return loadMessage(result.text);
     }
-    std::ostringstream text;
-    text.imbue(std::locale::classic());
-    text << "Unknown conduit sync error: " << std::hex << std::setw(8) << code;
-    return text.str();
+    return "Unknown conduit sync error: " + toHex(code, 8);
 }
 
 } // namespace tsr

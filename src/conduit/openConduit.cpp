@@ -1,0 +1,45 @@
+#include "conduit/openConduit.h"
+
+#include <memory>
+
+#include "applications/FreeTimeReplicator.h"
+#include "conduit/Replicator.h"
+#include "device/fourCharacterCode.h"
+
+namespace tsr {
+
+namespace {
+
+constexpr std::int32_t unknownApplication = -1;
+
+std::unique_ptr<Replicator> makeReplicator(std::uint32_t creator, const CountedPtr<PalmProxy>& palm) {
+    switch (creator) {
+    case fourCharacterCode("TSRA"): return std::make_unique<FreeTimeReplicator>(palm);
+    default: return nullptr;
+    }
+}
+
+ReplicationType requestedType(const SyncProperties& properties) {
+    return properties.syncType == SyncProperties::slow ? ReplicationType::Slow : ReplicationType::Normal;
+}
+
+// The replicator is destroyed before the last reference to the proxy goes.
+std::int32_t replicate(ProgressCallback progressCallback, const SyncProperties& properties) {
+    const CountedPtr<PalmProxy> palm(new PalmProxy(progressCallback));
+    const std::unique_ptr<Replicator> replicator = makeReplicator(properties.creator, palm);
+    if (!replicator) return unknownApplication;
+    return replicator->run(requestedType(properties));
+}
+
+} // namespace
+
+} // namespace tsr
+
+std::int32_t TSR_PLATFORM_CALL openConduit(void (*progressCallback)(const char*),
+                                           const tsr::SyncProperties* syncProperties) {
+    try {
+        return tsr::replicate(progressCallback, *syncProperties);
+    } catch (...) { // the last guard: not even writing an error chain could be afforded
+        return 0;
+    }
+}
