@@ -6,7 +6,7 @@ void FreeTimeUser::addFreeTime(const DateTime& start, std::uint32_t minutes) {
     constexpr std::uint32_t quarter = FreeTimeWeek::slotMinutes;
     const std::uint32_t julianDay = start.date().julianDay();
     const std::uint32_t weekday = julianDay % 7;
-    const Date weekStart = Date::fromJulianDay(julianDay - weekday);
+    const Date weekStart = Date(0, julianDay - weekday);
 
     const std::uint32_t minuteOfDay = start.timeOfDay().hour() * 60 + start.timeOfDay().minute();
     const std::uint32_t first = (minuteOfDay + quarter - 1) / quarter * quarter;

@@ -13,6 +13,8 @@ namespace tsr {
 namespace {
 
 constexpr std::int32_t notFound = static_cast<std::int32_t>(PalmSyncApiError::notFound);
+constexpr std::uint32_t limitExceeded = 0x4018;
+constexpr std::size_t mostRecords = 65535; // in a database; a device that walks on is out of order
 constexpr std::uint8_t readWrite = 0xC0;
 constexpr std::uint8_t readWriteExclusive = 0xE0;
 
@@ -130,6 +132,7 @@ bool PalmDatabase::readRecordByIndex(PalmRecordBuffer& buffer, std::uint16_t ind
 // for "not found" before the last one; the data of the first good read stands.
 bool PalmDatabase::readSequentially(RecordCall function, const char* name, PalmRecordBuffer& buffer) {
     std::int32_t result = call(function, buffer);
+    if (result == 0 && ++walked_ > mostRecords) throw PalmSyncApiError(limitExceeded, name);
     for (bool first = true, done = false; !done; first = false) {
         if (result == notFound) return false;
         if (first) raiseUnlessGood(result, name);
@@ -176,6 +179,7 @@ void PalmDatabase::purgeDeletedRecords() {
 void PalmDatabase::resetSyncFlags() { raiseUnlessGood(SyncResetSyncFlags(handle_), "SyncResetSyncFlags"); }
 
 void PalmDatabase::resetRecordIndex() {
+    walked_ = 0;
     raiseUnlessGood(SyncResetRecordIndex(handle_), "SyncResetRecordIndex");
 }
 

@@ -59,6 +59,7 @@ private:
 
     std::uint8_t handle_;
     bool closeOption_ = false;
+    std::size_t walked_ = 0; // records since the last reset of the index
 };
 
 } // namespace tsr
