@@ -46,7 +46,8 @@ SmallFiles smallFilesOf(const Handheld& handheld) {
     const std::string settings = settingsText(handheld);
     files[settingsName].assign(settings.begin(), settings.end());
     for (const auto& [key, preference] : handheld.preferences) {
-        files[std::string(preferencesName).append("/").append(preferenceFileName(key))] = preferenceFile(preference);
+        files[std::string(preferencesName).append("/").append(preferenceFileName(key))] =
+            preferenceFile(preference);
     }
     return files;
 }

@@ -44,7 +44,8 @@ std::string SyncCalls::describeCall(const std::string& function, const std::stri
 
 void SyncCalls::note(const std::string& call, std::int32_t result) {
     char text[16] = "";
-    if (result != syncResult::success) std::snprintf(text, sizeof text, " -> 0x%X", static_cast<unsigned>(result));
+    if (result != syncResult::success)
+        std::snprintf(text, sizeof text, " -> 0x%X", static_cast<unsigned>(result));
     trace_.push_back(call + text);
 }
 
