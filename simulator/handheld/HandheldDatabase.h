@@ -85,6 +85,7 @@ public:
     // Whether there is something that the file does not hold yet.
     bool isUnsaved() const { return unsaved_; }
     void markSaved() { unsaved_ = false; }
+    void markUnsaved() { unsaved_ = true; }
 
     // By content: header, blocks and records in index order.
     bool operator==(const HandheldDatabase& other) const;

@@ -54,14 +54,15 @@ SmallFiles smallFilesOf(const Handheld& handheld) {
 
 } // namespace
 
-HandheldFolder HandheldFolder::create(const fs::path& path, Handheld handheld) {
+HandheldFolder HandheldFolder::create(const fs::path& path, Handheld handheld,
+                                      const std::function<void(Handheld&)>& complete) {
     if (fs::exists(path / settingsName)) throw HandheldError(path.string() + " holds a handheld already");
     HandheldFolder folder(path);
-    about(path, [&] { fs::create_directories(path / preferencesName); });
-    // Databases that lie there already belong to the handheld from now on: so a backup becomes one.
-    folder.loadDatabases();
+    if (fs::exists(path)) folder.loadDatabases();
     handheld.databases.merge(folder.handheld_->databases);
+    if (complete) complete(handheld);
     *folder.handheld_ = std::move(handheld);
+    about(path, [&] { fs::create_directories(path / preferencesName); });
     folder.save();
     return folder;
 }
@@ -116,7 +117,7 @@ void HandheldFolder::loadDatabase(const fs::path& file) {
 
 void HandheldFolder::loadPreferences() {
     const fs::path folder = path_ / preferencesName;
-    if (!fs::exists(folder)) return;
+    about(folder, [&] { fs::create_directories(folder); });
     for (const fs::path& file : filesIn(folder)) {
         if (file.extension() == unfinishedExtension) continue;
         about(file, [&] {
@@ -152,7 +153,6 @@ void HandheldFolder::saveSmallFiles() {
     for (const auto& [name, content] : wanted) {
         auto there = small_.find(name);
         if (there != small_.end() && there->second == content) continue;
-        about(path_, [&] { fs::create_directories(path_ / preferencesName); });
         replaceFile(path_ / name, content);
     }
     for (const auto& [name, content] : small_) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -17,8 +18,11 @@ namespace tsr {
 // Every failure is a HandheldError that names the file.
 class HandheldFolder {
 public:
-    // Makes the folder if need be. One that holds a handheld already is refused.
-    static HandheldFolder create(const std::filesystem::path& path, Handheld handheld);
+    // Makes the folder if need be. One that holds a handheld already is refused. Databases that lie there
+    // belong to the new handheld. `complete` may add to it, also what depends on them, before anything is
+    // written.
+    static HandheldFolder create(const std::filesystem::path& path, Handheld handheld,
+                                 const std::function<void(Handheld&)>& complete = {});
     static HandheldFolder open(const std::filesystem::path& path);
 
     // The address stays the same for as long as the folder is open, wherever this object is moved.

@@ -54,7 +54,7 @@ TEST_F(SyncManagerTest, FindsADatabaseByTypeAndCreator) {
     found.cardNumber = 9;
     EXPECT_EQ(sync_.findDbByTypeCreator(&search, &found), 0);
     EXPECT_STREQ(found.name, "MemoDB");
-    EXPECT_EQ(found.cardNumber, 0U);
+    EXPECT_EQ(+found.cardNumber, 0U);
     search.searchFlags = 0;
     EXPECT_EQ(sync_.findDbByTypeCreator(&search, &found), 0x4003);
     search.creator = 0x746F646F;
@@ -172,10 +172,10 @@ TEST_F(SyncManagerTest, ReadsById) {
     RawRecordInfo record = block(open());
     record.recordId = 0x50;
     EXPECT_EQ(sync_.readRecordById(&record), 0);
-    EXPECT_EQ(record.recordIndex, 4);
+    EXPECT_EQ(+record.recordIndex, 4);
     EXPECT_EQ(record.attributes, 0x10);
-    EXPECT_EQ(record.categoryId, 1);
-    EXPECT_EQ(record.recordSize, 3U);
+    EXPECT_EQ(+record.categoryId, 1);
+    EXPECT_EQ(+record.recordSize, 3U);
     EXPECT_EQ(std::string(buffer_, buffer_ + 3), "eee");
     record.recordId = 0x51;
     EXPECT_EQ(sync_.readRecordById(&record), 0x4003);
@@ -187,7 +187,7 @@ TEST_F(SyncManagerTest, ReadsByIndexToTheEnd) {
     for (std::uint16_t index = 0; index < 5; ++index) {
         record.recordIndex = index;
         EXPECT_EQ(sync_.readRecordByIndex(&record), 0);
-        EXPECT_EQ(record.recordId, ids[index]);
+        EXPECT_EQ(+record.recordId, ids[index]);
     }
     record.recordIndex = 5;
     EXPECT_EQ(sync_.readRecordByIndex(&record), 0x4003);
@@ -198,13 +198,13 @@ TEST_F(SyncManagerTest, ReportsTheTrueSizeAndFillsWhatFits) {
     record.recordId = 0x50;
     record.bufferSize = 2;
     EXPECT_EQ(sync_.readRecordById(&record), 0);
-    EXPECT_EQ(record.recordSize, 3U);
-    EXPECT_EQ(record.bufferSize, 2);
+    EXPECT_EQ(+record.recordSize, 3U);
+    EXPECT_EQ(+record.bufferSize, 2);
     EXPECT_EQ(Bytes(buffer_, buffer_ + 3), (Bytes{'e', 'e', 0}));
     record.bufferSize = 0;
     record.buffer = nullptr;
     EXPECT_EQ(sync_.readRecordById(&record), 0);
-    EXPECT_EQ(record.recordSize, 3U);
+    EXPECT_EQ(+record.recordSize, 3U);
 }
 
 TEST_F(SyncManagerTest, WalksTheModifiedInIndexOrder) {
@@ -213,8 +213,8 @@ TEST_F(SyncManagerTest, WalksTheModifiedInIndexOrder) {
     for (int round = 0; round < 2; ++round) {
         for (const auto& [id, attributes] : rows) {
             EXPECT_EQ(sync_.readNextModifiedRec(&record), 0);
-            EXPECT_EQ(record.recordId, id);
-            EXPECT_EQ(record.recordIndex, id / 0x10 - 1);
+            EXPECT_EQ(+record.recordId, id);
+            EXPECT_EQ(unsigned{record.recordIndex}, id / 0x10 - 1);
             EXPECT_EQ(record.attributes, attributes);
         }
         EXPECT_EQ(sync_.readNextModifiedRec(&record), 0x4003);
@@ -227,9 +227,9 @@ TEST_F(SyncManagerTest, WalksACategoryWithoutWhatIsGone) {
     for (std::uint32_t id : {0x10U, 0x50U}) {
         record.categoryId = 1;
         EXPECT_EQ(sync_.readNextRecInCategory(&record), 0);
-        EXPECT_EQ(record.recordId, id);
+        EXPECT_EQ(+record.recordId, id);
         EXPECT_EQ(sync_.readRecordByIndex(&record), 0); // leaves the walk where it is
-        EXPECT_EQ(record.recordId, id);
+        EXPECT_EQ(+record.recordId, id);
     }
     EXPECT_EQ(sync_.readNextRecInCategory(&record), 0x4003);
     sync_.resetRecordIndex(record.fileHandle);
@@ -246,7 +246,7 @@ TEST_F(SyncManagerTest, EachHandleWalksOnItsOwn) {
     RawRecordInfo second = block(open());
     EXPECT_EQ(sync_.readNextModifiedRec(&first), 0);
     EXPECT_EQ(sync_.readNextModifiedRec(&second), 0);
-    EXPECT_EQ(second.recordId, 0x20U);
+    EXPECT_EQ(+second.recordId, 0x20U);
 }
 
 // The position is an index: the record behind the deleted one moves to it and is passed over.
@@ -255,7 +255,7 @@ TEST_F(SyncManagerTest, DeletingDisturbsAWalk) {
     EXPECT_EQ(sync_.readNextModifiedRec(&record), 0);
     EXPECT_EQ(sync_.deleteRec(&record), 0);
     EXPECT_EQ(sync_.readNextModifiedRec(&record), 0);
-    EXPECT_EQ(record.recordId, 0x40U);
+    EXPECT_EQ(+record.recordId, 0x40U);
 }
 
 TEST_F(SyncManagerTest, AWriteLeavesTheRecordClean) {
@@ -272,11 +272,11 @@ TEST_F(SyncManagerTest, AnIdOf0AsksForAFreshOne) {
     const std::uint8_t handle = open();
     RawRecordInfo record = blockToWrite(handle, 0, {'x'});
     EXPECT_EQ(sync_.writeRec(&record), 0);
-    EXPECT_EQ(record.recordId, 0x51U);
+    EXPECT_EQ(+record.recordId, 0x51U);
     EXPECT_EQ(memos().records().at(5).id, 0x51U);
     record.recordId = 0x1234; // unknown, so it is made
     EXPECT_EQ(sync_.writeRec(&record), 0);
-    EXPECT_EQ(record.recordId, 0x1234U);
+    EXPECT_EQ(+record.recordId, 0x1234U);
     EXPECT_TRUE(memos().records().contains(0x1234));
 }
 
@@ -342,7 +342,7 @@ TEST_F(SyncManagerTest, ReadsAndWritesTheApplicationInfoBlock) {
     EXPECT_EQ(sync_.readDbAppInfoBlock(handle, &block), 0x4003);
     memos().setAppInfo({1, 2, 3});
     EXPECT_EQ(sync_.readDbAppInfoBlock(handle, &block), 0);
-    EXPECT_EQ(block.bytesRead, 3);
+    EXPECT_EQ(+block.bytesRead, 3);
     EXPECT_EQ(Bytes(buffer_, buffer_ + 3), (Bytes{1, 2, 0}));
     block.bytesRead = 2;
     EXPECT_EQ(sync_.writeDbAppInfoBlock(handle, &block), 0);
@@ -361,8 +361,8 @@ TEST_F(SyncManagerTest, ReadsPreferences) {
     block.bufferSize = 2;
     block.buffer = buffer_;
     EXPECT_EQ(sync_.readAppPreference(&block), 0);
-    EXPECT_EQ(block.version, 7);
-    EXPECT_EQ(block.actualBytes, 3);
+    EXPECT_EQ(+block.version, 7);
+    EXPECT_EQ(+block.actualBytes, 3);
     EXPECT_EQ(Bytes(buffer_, buffer_ + 3), (Bytes{1, 2, 0}));
     block.bufferSize = 64;
     block.requestedBytes = 1;
@@ -458,8 +458,8 @@ TEST_F(SyncManagerTest, AnsweredRemoteCallsReportTheTrueSize) {
     EXPECT_EQ(sync_.callRemoteModule(&block), 0x400C); // the desktop holds the database
     sync_.closeDb(handle, 0);
     EXPECT_EQ(sync_.callRemoteModule(&block), 0);
-    EXPECT_EQ(block.resultCode, 0U);
-    EXPECT_EQ(block.resultSize, 5U);
+    EXPECT_EQ(+block.resultCode, 0U);
+    EXPECT_EQ(+block.resultSize, 5U);
     EXPECT_EQ(Bytes(buffer_, buffer_ + 4), (Bytes{'0', 0, 0, 0}));
     block.creator = 0x6D656D6F;
     EXPECT_EQ(sync_.callRemoteModule(&block), 0x4003);
