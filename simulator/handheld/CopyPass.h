@@ -15,7 +15,7 @@ namespace tsr {
 // A copied record is clean: it came from Notes, and has no news for it.
 class CopyPass {
 public:
-    static constexpr std::size_t recordsInOnePass = 200;
+    static constexpr std::size_t recordsInOnePass = 500;
 
     CopyPass(HandheldDatabase& application, HandheldDatabase& sync)
         : application_(application), sync_(sync) {}

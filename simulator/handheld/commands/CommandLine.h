@@ -28,8 +28,9 @@ struct CommandLine {
     bool json = false;
     std::function<void()> action;
 
-    // A command; its options are added by the caller. With `json`, it has the option --json.
-    CLI::App& addCommand(const std::string& name, const std::string& description, bool withJson = false);
+    // A command; its options are added by the caller. `example` is an example of its arguments, for the help.
+    CLI::App& addCommand(const std::string& name, const std::string& description, const std::string& example);
+    void addJsonOption(CLI::App& command);
 
     // Opens the folder, does `work` on it and saves it, unless `work` raises something.
     void change(const std::function<void(HandheldFolder&)>& work) const;

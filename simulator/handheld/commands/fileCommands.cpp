@@ -55,7 +55,8 @@ void applyPreference(Handheld& handheld, const PreferenceOptions& options) {
 }
 
 void addImportCommand(CommandLine& line) {
-    CLI::App& command = line.addCommand("import", "Put the databases of .pdb files on the handheld");
+    CLI::App& command = line.addCommand("import", "Put the databases of .pdb files on the handheld",
+                                        "backup/MemoDB.pdb --replace");
     auto options = std::make_shared<FileOptions>();
     command.add_option("FILE", options->files, "Palm database files")->required();
     command.add_flag("--replace", options->replace, "Replace databases that are there already");
@@ -70,8 +71,8 @@ void addImportCommand(CommandLine& line) {
 }
 
 void addExportCommand(CommandLine& line) {
-    CLI::App& command =
-        line.addCommand("export", "Write a database to a .pdb file, for a device or another handheld");
+    CLI::App& command = line.addCommand(
+        "export", "Write a database to a .pdb file, for a device or another handheld", "memo MemoDB.pdb");
     auto options = std::make_shared<FileOptions>();
     command.add_option("NAME", options->database, "A database or an application")->required();
     command.add_option("FILE", options->files, "The file; one that is there is replaced")
@@ -94,7 +95,8 @@ void addFileCommands(CommandLine& line) {
 
 void addPreferenceCommand(CommandLine& line) {
     CLI::App& command = line.addCommand(
-        "preference", "Set or delete a preference of an application, such as number 1 of mail, its filter");
+        "preference", "Set or delete a preference of an application, such as number 1 of mail, its filter",
+        "mail 3 --text \"Regards, Pat\"");
     auto options = std::make_shared<PreferenceOptions>();
     command.add_option("CREATOR", options->creator, "Creator of the application, four characters: mail")
         ->required()

@@ -90,8 +90,10 @@ Options addDatabaseOption(CLI::App& command) {
 }
 
 void addAddCommand(CommandLine& line) {
-    CLI::App& command = line.addCommand("add", "Add a record and print its id; add freetime NAME... puts "
-                                               "colleagues on the list of the free-time search");
+    CLI::App& command = line.addCommand("add",
+                                        "Add a record and print its id; add freetime NAME... puts "
+                                        "colleagues on the list of the free-time search",
+                                        "memo --text \"Buy milk\" --category 2");
     const Options options = addDatabaseOption(command);
     command.add_option("PERSON", options->targets, "With freetime: the colleagues, as the server knows them");
     command.add_option("--search-length", options->searchLength,
@@ -112,7 +114,8 @@ void addAddCommand(CommandLine& line) {
 }
 
 void addEditCommand(CommandLine& line) {
-    CLI::App& command = line.addCommand("edit", "Change the content or the category of a record");
+    CLI::App& command = line.addCommand("edit", "Change the content or the category of a record",
+                                        "memo 0x000001 --category 1");
     const Options options = addDatabaseOption(command);
     command.add_option("ID", options->targets, "The record")->required()->expected(1);
     options->content.addTo(command);
@@ -125,8 +128,10 @@ void addEditCommand(CommandLine& line) {
 }
 
 void addDeleteCommand(CommandLine& line) {
-    CLI::App& command = line.addCommand("delete", "Delete records; the next HotSync sees them as deleted. "
-                                                  "delete freetime NAME... takes colleagues off");
+    CLI::App& command = line.addCommand("delete",
+                                        "Delete records; the next HotSync sees them as deleted. "
+                                        "delete freetime NAME... takes colleagues off",
+                                        "memo 0x000001 0x000002");
     const Options options = addDatabaseOption(command);
     command.add_option("ID", options->targets, "The records, or with freetime the colleagues")->required();
     command.callback([&line, options] {
@@ -138,7 +143,8 @@ void addDeleteCommand(CommandLine& line) {
 
 void addArchiveCommand(CommandLine& line) {
     CLI::App& command = line.addCommand(
-        "archive", "Delete records with an archive copy on the desktop: the next HotSync takes them");
+        "archive", "Delete records with an archive copy on the desktop: the next HotSync takes them",
+        "todo 0x000001");
     const Options options = addDatabaseOption(command);
     command.add_option("ID", options->targets, "The records")->required();
     command.callback([&line, options] {

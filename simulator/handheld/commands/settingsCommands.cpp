@@ -88,6 +88,7 @@ private:
         std::ifstream stream(path);
         std::string line;
         if (!std::getline(stream, line)) throw HandheldError(path + ": no password can be read from it");
+        if (line.ends_with('\r')) line.pop_back();
         return line;
     }
 
@@ -261,7 +262,8 @@ void configure(CommandLine& line, const ConfigureOptions& options) {
 void addInitCommand(CommandLine& line) {
     CLI::App& command = line.addCommand(
         "init",
-        "Make a new handheld, or make one of the .pdb files of a backup that lie in the folder already");
+        "Make a new handheld, or make one of the .pdb files of a backup that lie in the folder already",
+        "--user-name \"Pat Lee\" --os-version 4.1 --clock host");
     auto options = std::make_shared<DeviceOptions>();
     options->addTo(command);
     command.callback([&line, options] {
@@ -277,7 +279,8 @@ void addInitCommand(CommandLine& line) {
 void addConfigureCommand(CommandLine& line) {
     CLI::App& command = line.addCommand(
         "configure", "Choose server, user and kinds of replication; without options, show what is chosen",
-        true);
+        "--app memo,todo --type slow --conflict S");
+    line.addJsonOption(command);
     auto options = std::make_shared<ConfigureOptions>();
     addConnectionOptions(command, *options);
     addApplicationOptions(command, *options);

@@ -176,7 +176,8 @@ void show(const CommandLine& line, const ShowOptions& options) {
 } // namespace
 
 void addListCommand(CommandLine& line) {
-    CLI::App& command = line.addCommand("list", "List the databases", true);
+    CLI::App& command = line.addCommand("list", "List the databases", "--json");
+    line.addJsonOption(command);
     command.callback([&line] {
         line.action = [&line] {
             HandheldFolder folder = HandheldFolder::open(line.folder);
@@ -188,7 +189,8 @@ void addListCommand(CommandLine& line) {
 void addShowCommand(CommandLine& line) {
     CLI::App& command = line.addCommand(
         "show", "Show the records of a database, or the free time of the colleagues as a grid of half hours",
-        true);
+        "memo --modified");
+    line.addJsonOption(command);
     auto options = std::make_shared<ShowOptions>();
     command
         .add_option("NAME", options->database,
