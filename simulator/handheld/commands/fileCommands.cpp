@@ -1,0 +1,117 @@
+#include <memory>
+
+#include "handheld/HandheldError.h"
+#include "handheld/HandheldFolder.h"
+#include "handheld/commands/CommandLine.h"
+#include "handheld/commands/DataOptions.h"
+#include "handheld/commands/databaseName.h"
+#include "handheld/pdbFile.h"
+
+namespace tsr {
+
+namespace {
+
+struct FileOptions {
+    std::vector<std::string> files;
+    std::string database;
+    bool replace = false;
+};
+
+struct PreferenceOptions {
+    std::string creator;
+    std::uint16_t id = 0;
+    std::uint16_t version = 1;
+    bool unsaved = false;
+    bool remove = false;
+    DataOptions content;
+};
+
+HandheldDatabase readPdb(const std::string& file) {
+    try {
+        return parsePdb(readFile(file));
+    } catch (const HandheldError& error) {
+        throw HandheldError(file + ": " + error.what());
+    }
+}
+
+void importFile(Handheld& handheld, const std::string& file, bool replace) {
+    HandheldDatabase database = readPdb(file);
+    const std::string name = database.name();
+    if (handheld.find(name) && !replace) {
+        throw HandheldError("the handheld has a database " + name
+                            + " already: --replace puts the new one in its place");
+    }
+    database.markUnsaved(); // to its file, but not yet to ours
+    handheld.databases.insert_or_assign(name, std::move(database));
+}
+
+void applyPreference(Handheld& handheld, const PreferenceOptions& options) {
+    if (options.remove == options.content.isGiven()) throw UsageError("give either content or --delete");
+    const PreferenceKey key{fourCharacterCode(options.creator), options.id, !options.unsaved};
+    if (!options.remove)
+        handheld.preferences[key] = {options.version, options.content.data()};
+    else if (handheld.preferences.erase(key) == 0)
+        throw HandheldError("there is no such preference");
+}
+
+void addImportCommand(CommandLine& line) {
+    CLI::App& command = line.addCommand("import", "Put the databases of .pdb files on the handheld",
+                                        "backup/MemoDB.pdb --replace");
+    auto options = std::make_shared<FileOptions>();
+    command.add_option("FILE", options->files, "Palm database files")->required();
+    command.add_flag("--replace", options->replace, "Replace databases that are there already");
+    command.callback([&line, options] {
+        line.action = [&line, options] {
+            line.change([&](HandheldFolder& folder) {
+                for (const std::string& file : options->files)
+                    importFile(folder.handheld(), file, options->replace);
+            });
+        };
+    });
+}
+
+void addExportCommand(CommandLine& line) {
+    CLI::App& command = line.addCommand(
+        "export", "Write a database to a .pdb file, for a device or another handheld", "memo MemoDB.pdb");
+    auto options = std::make_shared<FileOptions>();
+    command.add_option("NAME", options->database, "A database or an application")->required();
+    command.add_option("FILE", options->files, "The file; one that is there is replaced")
+        ->required()
+        ->expected(1);
+    command.callback([&line, options] {
+        line.action = [&line, options] {
+            HandheldFolder folder = HandheldFolder::open(line.folder);
+            replaceFile(options->files.front(), toPdb(findDatabase(folder.handheld(), options->database)));
+        };
+    });
+}
+
+} // namespace
+
+void addFileCommands(CommandLine& line) {
+    addImportCommand(line);
+    addExportCommand(line);
+}
+
+void addPreferenceCommand(CommandLine& line) {
+    CLI::App& command = line.addCommand(
+        "preference", "Set or delete a preference of an application, such as number 1 of mail, its filter",
+        "mail 3 --text \"Regards, Pat\"");
+    auto options = std::make_shared<PreferenceOptions>();
+    command.add_option("CREATOR", options->creator, "Creator of the application, four characters: mail")
+        ->required()
+        ->check(
+            [](const std::string& text) { return text.size() == 4 ? "" : "a creator has four characters"; });
+    command.add_option("ID", options->id, "Number of the preference")->required();
+    options->content.addTo(command);
+    command.add_option("--version", options->version, "Its version (1)");
+    command.add_flag("--unsaved", options->unsaved, "One of the preferences that are not backed up");
+    command.add_flag("--delete", options->remove, "Delete it");
+    command.callback([&line, options] {
+        line.action = [&line, options] {
+            line.change([&](HandheldFolder& folder) { applyPreference(folder.handheld(), *options); });
+        };
+    });
+}
+
+} // namespace tsr

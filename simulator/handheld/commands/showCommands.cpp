@@ -1,0 +1,204 @@
+#include <algorithm>
+#include <cstdio>
+#include <iomanip>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+#include "handheld/ConfigurationDatabase.h"
+#include "handheld/FreeTimeDatabase.h"
+#include "handheld/HandheldFolder.h"
+#include "handheld/commands/CommandLine.h"
+#include "handheld/commands/databaseName.h"
+#include "handheld/commands/jsonText.h"
+#include "handheld/freeTimeGrid.h"
+
+namespace tsr {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::size_t modifiedCount(const HandheldDatabase& database) {
+    std::size_t count = 0;
+    database.records().forEach([&](const HandheldRecord& record) { count += record.isModified() ? 1 : 0; });
+    return count;
+}
+
+std::vector<std::string> attributeNames(const HandheldRecord& record) {
+    const std::pair<std::uint8_t, const char*> names[] = {{HandheldRecord::deleted, "deleted"},
+                                                          {HandheldRecord::archived, "archived"},
+                                                          {HandheldRecord::dirty, "dirty"},
+                                                          {HandheldRecord::busy, "busy"},
+                                                          {HandheldRecord::secret, "secret"}};
+    std::vector<std::string> set;
+    for (const auto& [bit, name] : names) {
+        if ((record.attributes & bit) != 0) set.emplace_back(name);
+    }
+    return set;
+}
+
+std::string joined(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
+    return text.empty() ? "-" : text;
+}
+
+std::string idText(std::uint32_t id) {
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%06X", static_cast<unsigned>(id));
+    return text;
+}
+
+Json summary(const HandheldDatabase& database) {
+    const DatabaseHeader& header = database.header();
+    return {{"name", jsonText(header.name)},
+            {"type", jsonText(fourCharacterText(header.type))},
+            {"creator", jsonText(fourCharacterText(header.creator))},
+            {"version", header.version},
+            {"records", database.records().size()},
+            {"modified", modifiedCount(database)}};
+}
+
+void listDatabases(std::ostream& out, const Handheld& handheld, bool json) {
+    if (json) {
+        Json list = Json::array();
+        for (const auto& [name, database] : handheld.databases) list.push_back(summary(database));
+        out << list.dump(2) << "\n";
+        return;
+    }
+    out << std::left << std::setw(33) << "database"
+        << "type  creator  records  modified\n";
+    for (const auto& [name, database] : handheld.databases) {
+        out << std::left << std::setw(33) << name << fourCharacterText(database.header().type) << "  "
+            << fourCharacterText(database.header().creator) << std::right << std::setw(12)
+            << database.records().size() << std::setw(10) << modifiedCount(database) << "\n";
+    }
+}
+
+void dump(std::ostream& out, const std::vector<std::uint8_t>& data) {
+    constexpr std::size_t bytesInLine = 16;
+    for (std::size_t at = 0; at < data.size(); at += bytesInLine) {
+        const std::size_t end = std::min(at + bytesInLine, data.size());
+        std::string hex;
+        std::string text;
+        for (std::size_t i = at; i < end; ++i) {
+            hex += hexText({data[i]}) + " ";
+            text += data[i] >= 0x20 && data[i] < 0x7F ? static_cast<char>(data[i]) : '.';
+        }
+        char place[16];
+        std::snprintf(place, sizeof place, "    %04X  ", static_cast<unsigned>(at));
+        out << place << std::left << std::setw(3 * bytesInLine + 1) << hex << text << "\n";
+    }
+}
+
+Json recordJson(const HandheldDatabase& database, const HandheldRecord& record) {
+    return {{"id", record.id},
+            {"attributes", attributeNames(record)},
+            {"category", record.category},
+            {"size", record.data.size()},
+            {"data", hexText(withoutPassword(database, record))}};
+}
+
+void showJson(std::ostream& out, const HandheldDatabase& database,
+              const std::vector<HandheldRecord>& records) {
+    Json json = summary(database);
+    if (database.appInfo()) json["appInfo"] = hexText(*database.appInfo());
+    Json list = Json::array();
+    for (const HandheldRecord& record : records) list.push_back(recordJson(database, record));
+    json["records"] = std::move(list);
+    out << json.dump(2) << "\n";
+}
+
+void showTable(std::ostream& out, const HandheldDatabase& database,
+               const std::vector<HandheldRecord>& records) {
+    out << "id        category  bytes  attributes\n";
+    for (const HandheldRecord& record : records) {
+        out << idText(record.id) << std::right << std::setw(10) << unsigned{record.category} << std::setw(7)
+            << record.data.size() << "  " << joined(attributeNames(record)) << "\n";
+        dump(out, withoutPassword(database, record));
+    }
+}
+
+Json weekJson(const FreeWeek& week) {
+    Json spans = Json::array();
+    for (const auto& [begin, end] : freeSpans(week)) {
+        spans.push_back({{"start", slotText(week, begin)}, {"end", slotText(week, end)}});
+    }
+    return {{"start", dateText(week.start)}, {"spans", std::move(spans)}};
+}
+
+void showFreeTimeJson(std::ostream& out, const std::vector<Colleague>& colleagues) {
+    Json list = Json::array();
+    for (const Colleague& colleague : colleagues) {
+        Json weeks = Json::array();
+        for (const FreeWeek& week : colleague.weeks) weeks.push_back(weekJson(week));
+        list.push_back(
+            {{"id", colleague.id}, {"name", jsonText(colleague.name)}, {"weeks", std::move(weeks)}});
+    }
+    out << list.dump(2) << "\n";
+}
+
+void showFreeTime(const CommandLine& line, Handheld& handheld, bool ascii) {
+    const std::vector<Colleague> colleagues = FreeTimeDatabase(handheld).colleagues();
+    if (line.json) {
+        showFreeTimeJson(line.out, colleagues);
+        return;
+    }
+    for (const Colleague& colleague : colleagues) {
+        drawFreeTime(line.out, colleague, ascii);
+        line.out << "\n";
+    }
+}
+
+struct ShowOptions {
+    std::string database;
+    bool ascii = false;
+    bool modified = false;
+};
+
+void show(const CommandLine& line, const ShowOptions& options) {
+    HandheldFolder folder = HandheldFolder::open(line.folder);
+    if (options.database == freeTimeName) {
+        showFreeTime(line, folder.handheld(), options.ascii);
+        return;
+    }
+    const HandheldDatabase& database = findDatabase(folder.handheld(), options.database);
+    std::vector<HandheldRecord> records = database.records().all();
+    if (options.modified)
+        std::erase_if(records, [](const HandheldRecord& record) { return !record.isModified(); });
+    if (line.json)
+        showJson(line.out, database, records);
+    else
+        showTable(line.out, database, records);
+}
+
+} // namespace
+
+void addListCommand(CommandLine& line) {
+    CLI::App& command = line.addCommand("list", "List the databases", "--json");
+    line.addJsonOption(command);
+    command.callback([&line] {
+        line.action = [&line] {
+            HandheldFolder folder = HandheldFolder::open(line.folder);
+            listDatabases(line.out, folder.handheld(), line.json);
+        };
+    });
+}
+
+void addShowCommand(CommandLine& line) {
+    CLI::App& command = line.addCommand(
+        "show", "Show the records of a database, or the free time of the colleagues as a grid of half hours",
+        "memo --modified");
+    line.addJsonOption(command);
+    auto options = std::make_shared<ShowOptions>();
+    command
+        .add_option("NAME", options->database,
+                    "A database, an application (address, datebook, mail, memo, todo), or freetime")
+        ->required();
+    command.add_flag("--modified", options->modified, "Only records that the next HotSync sees as changed");
+    command.add_flag("--ascii", options->ascii, "Draw free time with # < > . instead of blocks");
+    command.callback([&line, options] { line.action = [&line, options] { show(line, *options); }; });
+}
+
+} // namespace tsr
