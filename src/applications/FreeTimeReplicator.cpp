@@ -179,7 +179,7 @@ void FreeTimeReplicator::updateUser(std::uint32_t userId, FreeTimeUser& user) {
 
 void FreeTimeReplicator::requestFreeTime(FreeTimeUser& user) {
     ClientRequest request;
-    request.setCode(Command::freeTime);
+    request.setCode(findFreeTimeCommand);
     request.addString(toDecimal(searchLength_));
     request.addString(user.name);
     const CountedPtr<ClientResponse> response = server().exchange(request);

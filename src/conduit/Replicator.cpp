@@ -26,7 +26,8 @@ ServerAccount accountOf(const PalmConfiguration& configuration) {
     account.serverPort = configuration.serverPort();
     account.userName = configuration.userName();
     account.password = configuration.password();
-    account.deviceTime = configuration.deviceTimeText();
+    account.deviceTimeText = configuration.deviceTimeText();
+    account.conflictRule = configuration.conflictRule();
     return account;
 }
 
