@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "foundation/DateTime.h"
+#include "foundation/Error.h"
 #include "foundation/desktopTimeZone.h"
 #include "foundation/utcNow.h"
 
