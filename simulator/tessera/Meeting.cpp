@@ -31,7 +31,7 @@ std::optional<Meeting> toMeeting(const Document& document) {
     const auto start = parseNumber(firstValue(document.properties, startName));
     const auto minutes = parseNumber(firstValue(document.properties, minutesName));
     if (!start || !minutes) return std::nullopt;
-    return Meeting{firstValue(document.properties, subjectName), notesEpochSeconds + *start, *minutes,
+    return Meeting{firstValue(document.properties, subjectName), firstNotesSecond + *start, *minutes,
                    firstValue(document.properties, allDayName) == "1"};
 }
 
@@ -42,11 +42,11 @@ Properties toProperties(const Meeting& meeting) {
 }
 
 void setMeeting(Properties& properties, const Meeting& meeting) {
-    if (meeting.start < notesEpochSeconds || meeting.start > lastNotesSeconds) {
+    if (meeting.start < firstNotesSecond || meeting.start > lastNotesSecond) {
         throw TesseraError("a meeting must start between 1993 and 2129");
     }
     properties[subjectName] = {meeting.subject};
-    properties[startName] = {std::to_string(meeting.start - notesEpochSeconds)};
+    properties[startName] = {std::to_string(meeting.start - firstNotesSecond)};
     properties[minutesName] = {std::to_string(meeting.minutes)};
     properties[allDayName] = {meeting.allDay ? "1" : "0"};
 }

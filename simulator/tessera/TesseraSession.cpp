@@ -27,6 +27,10 @@ std::vector<std::uint8_t> TesseraSession::handleFrame(const RequestHeader& heade
     }
 }
 
+std::size_t TesseraSession::maxRequestBytes() const {
+    return state_.userId ? tsr::maxRequestBytes : maxStrangerRequestBytes;
+}
+
 Response TesseraSession::refuse(std::uint32_t code, ResultCode result, const std::string& message) {
     ++state_.errorCount;
     if (state_.errors.size() < maxErrors) state_.errors.push_back(message);

@@ -21,6 +21,9 @@ public:
     // The same from frame to frame: a good header with the body that it announced.
     std::vector<std::uint8_t> handleFrame(const RequestHeader& header, std::span<const std::uint8_t> body);
 
+    // The longest frame that this client may send now.
+    std::size_t maxRequestBytes() const;
+
 private:
     Response refuse(std::uint32_t code, ResultCode result, const std::string& message);
 

@@ -1,129 +1,37 @@
 #include "tessera/ZoneRule.h"
 
-#include <chrono>
-#include <cstddef>
+#include <cstdlib>
+#include <optional>
 
+#include "foundation/zoneInformation.h"
+#include "platform/posix/zoneRule.h"
 #include "tessera/TesseraError.h"
 
 namespace tsr {
 
 namespace {
 
-// Reads a rule from left to right; a failure names the whole rule.
-class RuleReader {
-public:
-    explicit RuleReader(const std::string& text) : text_(text) {}
+constexpr std::int32_t maxBias = 24 * 60;
 
-    bool atEnd() const { return position_ == text_.size(); }
-    bool at(char character) const { return !atEnd() && text_[position_] == character; }
-
-    bool take(char character) {
-        if (!at(character)) return false;
-        ++position_;
-        return true;
-    }
-
-    void expect(char character) {
-        if (!take(character)) fail();
-    }
-
-    int number(int smallest, int largest) {
-        int value = 0;
-        const std::size_t start = position_;
-        for (; !atEnd() && isDigit(text_[position_]); ++position_) {
-            value = value * 10 + (text_[position_] - '0');
-            if (value > largest) fail();
-        }
-        if (position_ == start || value < smallest) fail();
-        return value;
-    }
-
-    // A zone's name: three letters or more, or signs and digits in angle brackets.
-    void skipName() {
-        const bool quoted = take('<');
-        const std::size_t start = position_;
-        while (!atEnd() && (isLetter(text_[position_]) || (quoted && isSignOrDigit(text_[position_])))) {
-            ++position_;
-        }
-        if (position_ - start < 3) fail();
-        if (quoted) expect('>');
-    }
-
-    [[noreturn]] void fail() const {
-        throw TesseraError("'" + text_ + "' is not a time zone rule that can be served");
-    }
-
-private:
-    static bool isDigit(char c) { return c >= '0' && c <= '9'; }
-    static bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
-    static bool isSignOrDigit(char c) { return isDigit(c) || c == '+' || c == '-'; }
-
-    const std::string& text_;
-    std::size_t position_ = 0;
-};
-
-// Minutes west of Greenwich, from hours[:minutes[:seconds]] with an optional sign. Seconds must be 0.
-int readBias(RuleReader& reader) {
-    const int sign = reader.take('-') ? -1 : 1;
-    if (sign > 0) reader.take('+');
-    int minutes = reader.number(0, 24) * 60;
-    if (reader.take(':')) minutes += reader.number(0, 59);
-    if (reader.take(':')) reader.number(0, 0);
-    return sign * minutes;
+// The desktop makes do with the distance of a rule whose changes of the clock it can't express; a server that
+// did so would be wrong for half of the year.
+bool hasLostItsTransitions(const std::string& text, const platform::ZoneInformation& information) {
+    if (information.daylight.month != 0) return false;
+    const std::size_t bracket = text.find('>');
+    const std::size_t nameEnd =
+        bracket == std::string::npos ? text.find_first_of("+-0123456789") : bracket + 1;
+    return text.find_first_not_of("+-:0123456789", nameEnd) != std::string::npos;
 }
 
-platform::ZoneTransition readTransition(RuleReader& reader) {
-    platform::ZoneTransition transition;
-    const auto field = [&reader](int smallest, int largest) {
-        return static_cast<std::uint16_t>(reader.number(smallest, largest));
-    };
-    reader.expect('M');
-    transition.month = field(1, 12);
-    reader.expect('.');
-    transition.instance = field(1, 5);
-    reader.expect('.');
-    transition.dayOfWeek = field(0, 6);
-    transition.hour = 2;
-    if (reader.take('/')) {
-        transition.hour = field(0, 23);
-        if (reader.take(':')) transition.minute = field(0, 59);
-        if (reader.take(':')) transition.second = field(0, 59);
+platform::ZoneInformation parse(const std::string& text) {
+    const std::optional<platform::ZoneInformation> information = platform::parseZoneRule(text);
+    if (!information || hasLostItsTransitions(text, *information) || std::abs(information->bias) > maxBias) {
+        throw TesseraError("'" + text + "' is not a time zone rule that can be served");
     }
-    return transition;
+    return *information;
 }
 
-platform::ZoneInformation readRule(const std::string& text) {
-    RuleReader reader(text);
-    platform::ZoneInformation zone;
-    reader.skipName();
-    zone.bias = readBias(reader);
-    if (reader.atEnd()) return zone;
-    reader.skipName();
-    zone.daylightBias = reader.at(',') ? -60 : readBias(reader) - zone.bias;
-    reader.expect(',');
-    zone.daylight = readTransition(reader);
-    reader.expect(',');
-    zone.standard = readTransition(reader);
-    if (!reader.atEnd()) reader.fail();
-    return zone;
-}
-
-int yearOf(std::int64_t local) {
-    using namespace std::chrono;
-    const year_month_day date(floor<days>(sys_seconds(seconds(local))));
-    return static_cast<int>(date.year());
-}
-
-// The local reading of a transition in `year`.
-std::int64_t moment(const platform::ZoneTransition& transition, int yearNumber) {
-    using namespace std::chrono;
-    const auto monthOfYear = year(yearNumber) / month(transition.month);
-    const weekday day(transition.dayOfWeek);
-    const sys_days date = transition.instance == 5 ? sys_days(monthOfYear / day[last])
-                                                   : sys_days(monthOfYear / day[transition.instance]);
-    const std::int64_t time = (transition.hour * 60 + transition.minute) * 60 + transition.second;
-    return sys_seconds(date).time_since_epoch().count() + time;
-}
+std::int64_t secondsFrom1800To1970() { return TimeStamp(1, 0).secondsSince1800(); }
 
 void append16(std::vector<std::uint8_t>& block, std::uint32_t value) {
     block.push_back(static_cast<std::uint8_t>(value & 0xFF));
@@ -148,37 +56,26 @@ void appendTransition(std::vector<std::uint8_t>& block, const platform::ZoneTran
 
 } // namespace
 
-ZoneRule::ZoneRule(const std::string& text) : text_(text), zone_(readRule(text_)) {}
+ZoneRule::ZoneRule(const std::string& text)
+    : text_(text), information_(parse(text_)), zone_(toTimeZone(information_)) {}
 
 std::vector<std::uint8_t> ZoneRule::block() const {
     std::vector<std::uint8_t> block;
-    append32(block, zone_.bias);
+    append32(block, information_.bias);
     append32(block, 0);
-    append32(block, zone_.daylightBias);
-    appendTransition(block, zone_.standard);
-    appendTransition(block, zone_.daylight);
+    append32(block, information_.daylightBias);
+    appendTransition(block, information_.standard);
+    appendTransition(block, information_.daylight);
     return block;
 }
 
 std::int64_t ZoneRule::toLocal(std::int64_t utc) const {
-    const std::int64_t standard = utc - zone_.bias * 60;
-    const std::int64_t daylight = standard - zone_.daylightBias * 60;
-    return isDaylight(standard, daylight) ? daylight : standard;
+    return secondsOfReading(zone_.toLocal(TimeStamp(1, utc))) - secondsFrom1800To1970();
 }
 
 std::int64_t ZoneRule::toUtc(std::int64_t local) const {
-    const std::int64_t utc = local + zone_.bias * 60;
-    return isDaylight(local, local) ? utc + zone_.daylightBias * 60 : utc;
-}
-
-// Whether daylight saving holds when the clock shows `standard` without it and `daylight` with it.
-bool ZoneRule::isDaylight(std::int64_t standard, std::int64_t daylight) const {
-    if (zone_.daylightBias == 0) return false;
-    const int year = yearOf(daylight);
-    const std::int64_t start = moment(zone_.daylight, year);
-    const std::int64_t end = moment(zone_.standard, year);
-    if (start < end) return standard >= start && daylight < end;
-    return standard >= start || daylight < end; // south of the equator the new year falls into it
+    return zone_.toUtc(readingFromSeconds(local + secondsFrom1800To1970())).secondsSince1800()
+         - secondsFrom1800To1970();
 }
 
 } // namespace tsr

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/TimeZone.h"
 #include "platform/timeZone.h"
 
 namespace tsr {
@@ -12,8 +13,8 @@ namespace tsr {
 // with their distances west of Greenwich, and the days on which daylight saving starts and ends, in the
 // wall-clock time that ends there.
 //
-// Only rules that the protocol can say are taken: distances of whole minutes, days as month.week.weekday, and
-// times within that day. Everything else raises TesseraError.
+// Only rules that the protocol can say are taken: days as month.week.weekday, and times within that day.
+// Everything else raises TesseraError.
 class ZoneRule {
 public:
     ZoneRule() : ZoneRule("UTC0") {}
@@ -39,10 +40,9 @@ public:
     std::int64_t toUtc(std::int64_t local) const;
 
 private:
-    bool isDaylight(std::int64_t standard, std::int64_t daylight) const;
-
     std::string text_;
-    platform::ZoneInformation zone_;
+    platform::ZoneInformation information_;
+    TimeZone zone_;
 };
 
 } // namespace tsr

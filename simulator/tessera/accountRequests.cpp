@@ -1,5 +1,6 @@
 #include "tessera/accountRequests.h"
 
+#include "foundation/hexadecimal.h"
 #include "tessera/RequestRefused.h"
 #include "tessera/passwords.h"
 
@@ -40,14 +41,8 @@ std::vector<std::string> authenticate(const RequestContext& context) {
 }
 
 std::vector<std::string> timeZone(const RequestContext& context) {
-    static constexpr char digits[] = "0123456789abcdef";
     context.expectStrings(0);
-    std::string text;
-    for (const std::uint8_t byte : context.user().zone.block()) {
-        text += digits[byte >> 4];
-        text += digits[byte & 0xF];
-    }
-    return {text};
+    return {binaryToHex(context.user().zone.block())};
 }
 
 // The number of errors, then those that were kept.

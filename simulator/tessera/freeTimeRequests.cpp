@@ -32,8 +32,8 @@ std::vector<std::string> findFreeTime(const RequestContext& context) {
     std::vector<std::string> strings;
     const std::vector<Span> busy = busySpans(context.store, *user);
     for (const Span& span : freeSpans(*user, busy, context.user().zone, context.now, days)) {
-        if (span.start < notesEpochSeconds || span.start > lastNotesSeconds) continue;
-        strings.push_back(std::to_string(span.start - notesEpochSeconds));
+        if (span.start < firstNotesSecond || span.start > lastNotesSecond) continue;
+        strings.push_back(std::to_string(span.start - firstNotesSecond));
         strings.push_back(std::to_string((span.end - span.start) / 60));
     }
     return strings;

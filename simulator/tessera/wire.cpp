@@ -59,13 +59,14 @@ std::vector<std::uint8_t> bodyBytes(const std::vector<std::string>& strings) {
 
 } // namespace
 
-RequestHeader parseRequestHeader(std::span<const std::uint8_t, requestHeaderBytes> bytes) {
+RequestHeader parseRequestHeader(std::span<const std::uint8_t, requestHeaderBytes> bytes,
+                                 std::size_t maxBytes) {
     const std::uint32_t length = parseField(bytes.subspan<0, 16>());
     const std::uint32_t code = parseField(bytes.subspan<16, 8>());
     if (length < requestHeaderBytes) {
         throw RequestRefused(ResultCode::BadFrame, "The request is shorter than its own header.");
     }
-    if (length > maxRequestBytes) {
+    if (length > maxBytes) {
         throw RequestRefused(ResultCode::BadFrame, "The request is longer than this server accepts.");
     }
     return {code, length - requestHeaderBytes};

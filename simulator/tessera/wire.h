@@ -28,8 +28,10 @@ namespace tsr {
 inline constexpr std::size_t requestHeaderBytes = 24;
 inline constexpr std::size_t responseHeaderBytes = 40;
 
-// A full replication list of 65,535 records takes less than 10 MiB.
+// A full replication list of 65,535 records takes less than 10 MiB. Somebody who hasn't authenticated needs
+// no more than his name and password.
 inline constexpr std::size_t maxRequestBytes = 16 * 1024 * 1024;
+inline constexpr std::size_t maxStrangerRequestBytes = 64 * 1024;
 
 // Messages are cut here; their length has four digits in the header.
 inline constexpr std::size_t maxMessageUnits = 512;
@@ -40,8 +42,9 @@ struct RequestHeader {
 };
 
 // Stricter than the client's own reader of headers: a field holds digits and nothing else. Raises
-// RequestRefused with BadFrame for anything else, for a length below 24 and for one above `maxRequestBytes`.
-RequestHeader parseRequestHeader(std::span<const std::uint8_t, requestHeaderBytes> bytes);
+// RequestRefused with BadFrame for anything else, for a length below 24 and for one above `maxBytes`.
+RequestHeader parseRequestHeader(std::span<const std::uint8_t, requestHeaderBytes> bytes,
+                                 std::size_t maxBytes);
 
 // The strings of a body, in UTF-8. Raises RequestRefused with BadRequest for half a unit, a last string
 // without its end mark and units that aren't text.

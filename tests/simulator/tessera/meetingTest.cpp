@@ -33,7 +33,7 @@ TEST(Meeting, ReadsWholeDays) {
         toMeeting({"", 1, meetingKind, {{"420D0040", {"0"}}, {"42130003", {"1"}}, {"42150003", {"1"}}}});
     ASSERT_TRUE(read);
     EXPECT_TRUE(read->allDay);
-    EXPECT_EQ(read->start, notesEpochSeconds);
+    EXPECT_EQ(read->start, firstNotesSecond);
 }
 
 TEST(Meeting, IsNoneWithoutAStartAndALength) {
@@ -53,10 +53,10 @@ TEST(Meeting, LeavesPropertiesThatItDoesNotKnow) {
 }
 
 TEST(Meeting, MustStartWithinTheSecondsThatTheProtocolCounts) {
-    EXPECT_NO_THROW(toProperties({"", notesEpochSeconds, 1, false}));
-    EXPECT_NO_THROW(toProperties({"", notesEpochSeconds + 0xFFFFFFFF, 1, false}));
-    EXPECT_THROW(toProperties({"", notesEpochSeconds - 1, 1, false}), TesseraError);
-    EXPECT_THROW(toProperties({"", notesEpochSeconds + 0x100000000, 1, false}), TesseraError);
+    EXPECT_NO_THROW(toProperties({"", firstNotesSecond, 1, false}));
+    EXPECT_NO_THROW(toProperties({"", firstNotesSecond + 0xFFFFFFFF, 1, false}));
+    EXPECT_THROW(toProperties({"", firstNotesSecond - 1, 1, false}), TesseraError);
+    EXPECT_THROW(toProperties({"", firstNotesSecond + 0x100000000, 1, false}), TesseraError);
 }
 
 TEST(BusySpan, IsTheMeetingItself) {

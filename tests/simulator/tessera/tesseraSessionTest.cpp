@@ -214,6 +214,14 @@ TEST_F(TesseraSessionTest, AnswersTimesBefore1993WithNothing) {
     EXPECT_THAT(ask(122, {"1", "Ann"}).strings, IsEmpty());
 }
 
+TEST_F(TesseraSessionTest, TakesLongFramesFromItsUserAlone) {
+    EXPECT_EQ(session.maxRequestBytes(), 65536u);
+    authenticate();
+    EXPECT_EQ(session.maxRequestBytes(), 16777216u);
+    ask(19);
+    EXPECT_EQ(session.maxRequestBytes(), 65536u);
+}
+
 TEST_F(TesseraSessionTest, AnswersAFrame) {
     EXPECT_EQ(hexText(session.handleFrame({3, 0}, {})),
               "30 00 30 00 30 00 30 00 30 00 30 00 36 00 38 00 " // 00000068: 40 + 4 + 16 + 8

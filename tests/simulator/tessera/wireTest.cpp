@@ -18,7 +18,7 @@ using test::hexText;
 RequestHeader parse(const std::string& text) {
     std::array<std::uint8_t, requestHeaderBytes> header{};
     for (std::size_t i = 0; i < text.size(); ++i) header[2 * i] = static_cast<std::uint8_t>(text[i]);
-    return parseRequestHeader(header);
+    return parseRequestHeader(header, maxRequestBytes);
 }
 
 ResultCode headerRefusal(const std::string& text) {
@@ -42,7 +42,8 @@ ResultCode bodyRefusal(const std::string& pairs) {
 TEST(RequestHeader, IsReadFromItsBytes) {
     // "00000030" "0003": a body of six bytes
     const auto frame = bytes("30 00 30 00 30 00 30 00 30 00 30 00 33 00 30 00 30 00 30 00 30 00 33 00");
-    const RequestHeader header = parseRequestHeader(std::span(frame).first<requestHeaderBytes>());
+    const RequestHeader header =
+        parseRequestHeader(std::span(frame).first<requestHeaderBytes>(), maxRequestBytes);
     EXPECT_EQ(header.code, 3u);
     EXPECT_EQ(header.bodyBytes, 6u);
 }
@@ -73,7 +74,8 @@ TEST(RequestHeader, IsRefused) {
 
 TEST(RequestHeader, IsRefusedForADigitInTheHighByte) {
     auto frame = bytes("30 00 30 00 30 00 30 00 30 00 30 00 32 00 34 00 30 00 30 00 31 00 39 01");
-    EXPECT_THROW(parseRequestHeader(std::span(frame).first<requestHeaderBytes>()), RequestRefused);
+    EXPECT_THROW(parseRequestHeader(std::span(frame).first<requestHeaderBytes>(), maxRequestBytes),
+                 RequestRefused);
 }
 
 TEST(RequestBody, IsARunOfStrings) {
