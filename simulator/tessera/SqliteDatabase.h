@@ -23,12 +23,14 @@ public:
 
     std::int64_t lastRowId() const;
     std::int64_t changedRows() const; // by the last statement
+    bool isInTransaction() const;
 
 private:
     sqlite3* connection_ = nullptr;
 };
 
-// Everything between construction and `commit` happens, or none of it does.
+// Everything between construction and `commit` happens, or none of it does. One may stand within another,
+// which then decides for both.
 class SqliteTransaction {
 public:
     explicit SqliteTransaction(SqliteDatabase& database);
@@ -40,6 +42,7 @@ public:
 
 private:
     SqliteDatabase& database_;
+    bool isOutermost_;
     bool open_ = true;
 };
 

@@ -26,6 +26,9 @@ public:
     explicit Store(const std::string& file); // made when it isn't there
     static Store inMemory();                 // a fresh one; its identities are always the same
 
+    // Makes several operations one.
+    SqliteTransaction transaction() { return SqliteTransaction(database_); }
+
     // Users. A new one comes with an empty mail database. The default user is the one whose name the server
     // gives to a device without one: the user marked so, or the only user that there is.
     void addUser(const User& user, const std::string& passwordHash);
