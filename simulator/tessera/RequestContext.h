@@ -1,20 +1,13 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
+#include "tessera/SessionState.h"
 #include "tessera/Store.h"
 
 namespace tsr {
-
-// What the server remembers of one connection. It keeps the first hundred refusals and counts the rest.
-struct SessionState {
-    std::optional<std::int64_t> userId; // empty until the user has authenticated
-    std::vector<std::string> errors;
-    std::size_t errorCount = 0;
-};
 
 // What a handler works with.
 struct RequestContext {
@@ -34,14 +27,6 @@ struct RequestContext {
 
     // The user of the session; raises NotAuthenticated when there is none.
     User user() const;
-};
-
-// The handler of one command code; it gives the strings of the response or raises RequestRefused. Each
-// application has a list of them.
-struct Route {
-    std::uint32_t code;
-    bool beforeAuthentication; // whether it is served to somebody unknown
-    std::vector<std::string> (*answer)(const RequestContext& context);
 };
 
 } // namespace tsr

@@ -29,21 +29,4 @@ private:
     sqlite3* connection_ = nullptr;
 };
 
-// Everything between construction and `commit` happens, or none of it does. One may stand within another,
-// which then decides for both.
-class SqliteTransaction {
-public:
-    explicit SqliteTransaction(SqliteDatabase& database);
-    ~SqliteTransaction();
-    SqliteTransaction(const SqliteTransaction&) = delete;
-    SqliteTransaction& operator=(const SqliteTransaction&) = delete;
-
-    void commit();
-
-private:
-    SqliteDatabase& database_;
-    bool isOutermost_;
-    bool open_ = true;
-};
-
 } // namespace tsr

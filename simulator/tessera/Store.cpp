@@ -1,5 +1,9 @@
 #include "tessera/Store.h"
 
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
 #include "tessera/TesseraError.h"
 #include "tessera/documentIdentity.h"
 #include "tessera/unicode.h"
@@ -103,27 +107,34 @@ void checkProperties(const Properties& properties) {
     }
 }
 
+// Makes `file` when it isn't there; the password hashes in it are nobody else's to try. SQLite tells what is
+// wrong with a file that can't be made.
+const std::string& forTheOwnerAlone(const std::string& file) {
+    if (std::filesystem::exists(file)) return file;
+    std::ofstream(file).close();
+    std::error_code ignored;
+    std::filesystem::permissions(
+        file, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write, ignored);
+    return file;
+}
+
 [[noreturn]] void raiseNoDocument(const std::string& unid) {
     throw TesseraError("there is no document " + unid);
 }
 
 } // namespace
 
-Store::Store(const std::string& file) : Store(file, randomSeed()) {}
+Store::Store(const std::string& file) : Store(forTheOwnerAlone(file), randomSeed()) {}
 
 Store Store::inMemory() { return Store(":memory:", seedInMemory); }
 
 Store::Store(const std::string& file, const std::string& seed) : database_(file) {
     database_.execute("PRAGMA foreign_keys = ON");
+    if (version() == schemaVersion) return;
     SqliteTransaction transaction(database_);
-    SqliteStatement version = database_.statement("PRAGMA user_version");
-    version.step();
-    const std::int64_t found = version.integer(0);
-    version.run();
-    if (found != 0 && found != schemaVersion) {
+    if (version() == 0) createTables(seed); // unless another program has just done so
+    if (version() != schemaVersion)
         throw TesseraError("'" + file + "' was written by another version of this program");
-    }
-    if (found == 0) createTables(seed);
     transaction.commit();
 }
 
@@ -134,6 +145,12 @@ void Store::createTables(const std::string& seed) {
     database_.execute(schema);
     database_.statement("INSERT INTO identity VALUES (?, 1)").bind(seed).run();
     database_.execute("PRAGMA user_version = " + std::to_string(schemaVersion));
+}
+
+std::int64_t Store::version() {
+    SqliteStatement statement = database_.statement("PRAGMA user_version");
+    statement.step();
+    return statement.integer(0);
 }
 
 void Store::addUser(const User& user, const std::string& passwordHash) {

@@ -7,16 +7,11 @@
 
 #include "tessera/Document.h"
 #include "tessera/SqliteDatabase.h"
+#include "tessera/SqliteTransaction.h"
 #include "tessera/User.h"
+#include "tessera/UserDatabase.h"
 
 namespace tsr {
-
-// A database of one user: his mail file, which holds his calendar too.
-struct UserDatabase {
-    std::int64_t id = 0; // in the store
-    std::string dbid;    // 16 hexadecimal digits
-    std::string title;
-};
 
 // Everything that a server keeps, in one SQLite file; docs/tessera.md has its tables. Each operation happens
 // whole or not at all. Every failure is a TesseraError, and then nothing is changed. Not for two threads at
@@ -56,6 +51,7 @@ private:
     Store(const std::string& file, const std::string& seed);
 
     void createTables(const std::string& seed);
+    std::int64_t version();
     std::int64_t nextIdentity();
     std::string seed();
     Properties properties(std::int64_t documentId);

@@ -6,8 +6,7 @@
 #include <mutex>
 
 #include "tessera/Request.h"
-#include "tessera/RequestContext.h"
-#include "tessera/Response.h"
+#include "tessera/Route.h"
 #include "tessera/Store.h"
 
 namespace tsr {

@@ -1,5 +1,7 @@
 #include "tessera/TesseraSession.h"
 
+#include "foundation/Error.h"
+
 namespace tsr {
 
 namespace {
@@ -15,6 +17,8 @@ Response TesseraSession::handle(const Request& request) {
         return refuse(request.code, refusal.result(), refusal.what());
     } catch (const std::exception& failure) {
         return refuse(request.code, ResultCode::ServerFailed, failure.what());
+    } catch (const Error& failure) {
+        return refuse(request.code, ResultCode::ServerFailed, errorText(failure));
     }
 }
 

@@ -1,20 +1,12 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
 
+#include "tessera/WorkingHours.h"
 #include "tessera/ZoneRule.h"
 
 namespace tsr {
-
-// When a person can be met: from `start` to `end` minutes after midnight, on the days that are set (0 is
-// Monday).
-struct WorkingHours {
-    int startMinute = 9 * 60;
-    int endMinute = 17 * 60;
-    std::array<bool, 7> days{true, true, true, true, true, false, false};
-};
 
 struct User {
     std::int64_t id = 0;  // in the store

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "tessera/RequestContext.h"
+#include "tessera/Route.h"
 
 namespace tsr {
 

@@ -32,7 +32,7 @@ protected:
     void SetUp() override { std::filesystem::remove(file); }
     void TearDown() override { std::filesystem::remove(file); }
 
-    const std::string file = ::testing::TempDir() + "storeFileTest."
+    const std::string file = ::testing::TempDir() + "StoreFileTest."
                            + ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".db";
 };
 
@@ -205,6 +205,12 @@ TEST_F(StoreFileTest, OutlivesTheProgram) {
     ASSERT_TRUE(store.findUser("Ann"));
     const Store other(file); // a second program at the same file
     EXPECT_EQ(store.passwordHash(store.findUser("Ann")->id), "hash");
+}
+
+TEST_F(StoreFileTest, IsForItsOwnerAlone) {
+    const Store store(file);
+    using std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
 }
 
 TEST_F(StoreFileTest, RefusesAFileThatIsNoDatabase) {
