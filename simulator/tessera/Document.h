@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace tsr {
+
+// Name to values, in the order in which they cross the wire.
+using Properties = std::map<std::string, std::vector<std::string>>;
+
+// One document of a database. Its identity is given by the store and never used again; the sequence number
+// starts at 1 and is raised by 1 with each change.
+struct Document {
+    std::string unid; // 32 hexadecimal digits
+    std::uint32_t sequence = 0;
+    std::string kind; // tells the applications apart that share a database
+    Properties properties;
+};
+
+} // namespace tsr

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tessera/SessionState.h"
+#include "tessera/Store.h"
+
+namespace tsr {
+
+// What a handler works with.
+struct RequestContext {
+    Store& store;
+    SessionState& session;
+    std::int64_t now; // seconds since 1970
+    const std::vector<std::string>& strings;
+
+    // Raises BadRequest unless the body has exactly `count` strings.
+    void expectStrings(std::size_t count) const;
+
+    // The decimal number in string `index`; raises BadRequest for anything else.
+    std::uint32_t number(std::size_t index) const;
+
+    // String `index` in quotes for a message, the start of it when it is long.
+    std::string quoted(std::size_t index) const;
+
+    // The user of the session; raises NotAuthenticated when there is none.
+    User user() const;
+};
+
+} // namespace tsr

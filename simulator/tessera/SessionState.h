@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tsr {
+
+// What the server remembers of one connection. It keeps the first hundred refusals and counts the rest.
+struct SessionState {
+    std::optional<std::int64_t> userId; // empty until the user has authenticated
+    std::vector<std::string> errors;
+    std::size_t errorCount = 0;
+};
+
+} // namespace tsr

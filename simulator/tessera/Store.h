@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tessera/Document.h"
+#include "tessera/SqliteDatabase.h"
+#include "tessera/SqliteTransaction.h"
+#include "tessera/User.h"
+#include "tessera/UserDatabase.h"
+
+namespace tsr {
+
+// Everything that a server keeps, in one SQLite file; docs/tessera.md has its tables. Each operation happens
+// whole or not at all. Every failure is a TesseraError, and then nothing is changed. Not for two threads at
+// once.
+class Store {
+public:
+    explicit Store(const std::string& file); // made when it isn't there
+    static Store inMemory();                 // a fresh one; its identities are always the same
+
+    // Makes several operations one.
+    SqliteTransaction transaction() { return SqliteTransaction(database_); }
+
+    // Users. A new one comes with an empty mail database. The default user is the one whose name the server
+    // gives to a device without one: the user marked so, or the only user that there is.
+    void addUser(const User& user, const std::string& passwordHash);
+    void changeUser(const User& user); // by its id
+    void changePassword(std::int64_t userId, const std::string& passwordHash);
+    void setDefaultUser(std::int64_t userId);
+    void deleteUser(std::int64_t userId); // with all that is his
+    std::optional<User> findUser(const std::string& name);
+    std::optional<User> findUser(std::int64_t userId);
+    std::optional<User> defaultUser();
+    std::vector<User> users(); // by name
+    std::string passwordHash(std::int64_t userId);
+
+    UserDatabase mailDatabase(std::int64_t userId);
+
+    // Documents. A deleted one leaves a deletion record.
+    Document addDocument(std::int64_t databaseId, const std::string& kind, const Properties& properties);
+    Document changeDocument(std::int64_t databaseId, const std::string& unid, const Properties& properties);
+    void deleteDocument(std::int64_t databaseId, const std::string& unid);
+    std::optional<Document> findDocument(std::int64_t databaseId, const std::string& unid);
+    std::vector<Document> documents(std::int64_t databaseId, const std::string& kind); // oldest first
+    std::vector<std::string> deletedUnids(std::int64_t databaseId); // in the order of deletion
+
+private:
+    Store(const std::string& file, const std::string& seed);
+
+    void createTables(const std::string& seed);
+    std::int64_t version();
+    std::int64_t nextIdentity();
+    std::string seed();
+    Properties properties(std::int64_t documentId);
+    void writeProperties(std::int64_t documentId, const Properties& properties);
+
+    SqliteDatabase database_;
+};
+
+} // namespace tsr

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "tessera/ZoneRule.h"
+
+namespace tsr {
+
+// Moments in the arguments and on the screen, in seconds since 1970 UTC. A text is "2026-11-23 10:00", a T in
+// the place of the blank, seconds and the time itself being optional; with a Z at its end it tells UTC,
+// otherwise the time of `zone`. Raises ArgumentError.
+std::int64_t parseMoment(const std::string& text, const ZoneRule& zone);
+
+std::string momentText(std::int64_t moment, const ZoneRule& zone); // "2026-11-23 10:00"
+std::string dateText(std::int64_t moment, const ZoneRule& zone);   // "2026-11-23"
+std::string exactText(std::int64_t moment);                        // "2026-11-23T09:00:00Z"
+
+// A time of the day as minutes after midnight: "09:00" to "24:00". Raises ArgumentError.
+int parseMinuteOfDay(const std::string& text);
+std::string minuteOfDayText(int minute);
+
+} // namespace tsr

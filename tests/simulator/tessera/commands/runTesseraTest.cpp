@@ -1,0 +1,406 @@
+#include "tessera/commands/runTessera.h"
+
+#include <condition_variable>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <sstream>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "RawClient.h"
+#include "tessera/Meeting.h"
+#include "tessera/Store.h"
+#include "tessera/passwords.h"
+
+namespace tsr {
+namespace {
+
+using test::bodyOf;
+using test::RawClient;
+using test::requestFrame;
+using test::resultOf;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+class RunTesseraTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ::unsetenv("TESSERA_PASSWORD");
+        std::filesystem::remove_all(folder);
+        std::filesystem::create_directories(folder);
+    }
+    void TearDown() override { std::filesystem::remove_all(folder); }
+
+    int run(std::vector<std::string> arguments, const std::string& input = "") {
+        arguments.insert(arguments.begin(), file);
+        std::istringstream in(input);
+        std::ostringstream outStream;
+        std::ostringstream errStream;
+        const int status = runTessera(arguments, in, outStream, errStream);
+        out = outStream.str();
+        err = errStream.str();
+        return status;
+    }
+
+    void expectFailure(int status, const std::vector<std::string>& arguments, const std::string& message) {
+        EXPECT_EQ(run(arguments), status) << message;
+        EXPECT_THAT(err, HasSubstr(message));
+        EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 1);
+        EXPECT_EQ(out, "");
+    }
+
+    // Past the command, whose password hashes take their time.
+    void addUser(const std::string& name, const std::string& zone = "CET-1CEST,M3.5.0,M10.5.0/3") {
+        User user;
+        user.name = name;
+        user.zoneName = zone;
+        user.zone = ZoneRule(zone);
+        Store(file).addUser(user, hashPassword("secret", PasswordCost::Minimal));
+    }
+
+    std::string addMeeting(const std::string& user, const std::string& start, const std::string& subject) {
+        EXPECT_EQ(run({"add", "meeting", "--user", user, "--start", start, "--subject", subject}), 0) << err;
+        return out.substr(std::string("added meeting ").size(), 8);
+    }
+
+    std::string writeFile(const std::string& name, const std::string& text) const {
+        std::ofstream(folder + "/" + name) << text;
+        return folder + "/" + name;
+    }
+
+    const std::string folder = ::testing::TempDir() + "runTesseraTest."
+                             + ::testing::UnitTest::GetInstance()->current_test_info()->name();
+    const std::string file = folder + "/office.db";
+    std::string out;
+    std::string err;
+};
+
+TEST_F(RunTesseraTest, ExplainsItself) {
+    for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--help"},
+                                                      {"serve", "--help"},
+                                                      {"user", "add", "--help"},
+                                                      {"list", "--help"},
+                                                      {"import", "--help"}}) {
+        EXPECT_EQ(run(arguments), 0);
+        EXPECT_THAT(out, HasSubstr("Usage"));
+        EXPECT_EQ(err, "");
+    }
+    EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST_F(RunTesseraTest, RefusesWrongArguments) {
+    expectFailure(2, {}, "subcommand");
+    expectFailure(2, {"frobnicate"}, "tessera: ");
+    expectFailure(2, {"user", "add"}, "NAME is required");
+    expectFailure(2, {"user", "add", "Ann", "--zone", "Nowhere/Land"},
+                  "'Nowhere/Land' is neither a time zone");
+    expectFailure(2, {"user", "add", "Ann", "--password", "secret"},
+                  "tessera: "); // never among the arguments
+    expectFailure(2, {"user", "add", "Ann", "--hours", "9-5"}, "'9' is not a time of day");
+    expectFailure(2, {"serve", "--port", "65536"}, "--port");
+    expectFailure(2, {"serve", "--clock", "noon"}, "'noon' is not a date and time");
+    expectFailure(2, {"serve", "--max-connections", "0"}, "--max-connections");
+    EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST_F(RunTesseraTest, NeedsAStoreForMostCommands) {
+    for (const std::vector<std::string>& arguments : {std::vector<std::string>{"user", "list"},
+                                                      {"user", "edit", "Ann"},
+                                                      {"user", "delete", "Ann"},
+                                                      {"list", "meetings", "--user", "Ann"},
+                                                      {"export"}}) {
+        expectFailure(1, arguments, "there is no store");
+    }
+    EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST_F(RunTesseraTest, TakesPasswordsFromAFile) {
+    EXPECT_EQ(
+        run({"user", "add", "Ann", "--password-file", writeFile("password", "from file\r\nnot this\n")}), 0);
+    EXPECT_EQ(out, "added user Ann\n");
+    Store store(file);
+    EXPECT_TRUE(passwordMatches(store.passwordHash(store.findUser("Ann")->id), "from file"));
+}
+
+TEST_F(RunTesseraTest, TakesPasswordsFromTheEnvironment) {
+    ::setenv("TESSERA_PASSWORD", "from environment", 1);
+    EXPECT_EQ(run({"user", "add", "Ann"}), 0);
+    Store store(file);
+    EXPECT_TRUE(passwordMatches(store.passwordHash(store.findUser("Ann")->id), "from environment"));
+    ::unsetenv("TESSERA_PASSWORD");
+}
+
+TEST_F(RunTesseraTest, AsksForPasswordsAndNeverPrintsThem) {
+    EXPECT_EQ(run({"user", "add", "Ann"}, "typed\n"), 0);
+    EXPECT_EQ(err, "Password for Ann: \n");
+    EXPECT_THAT(out, Not(HasSubstr("typed")));
+    Store store(file);
+    EXPECT_TRUE(passwordMatches(store.passwordHash(store.findUser("Ann")->id), "typed"));
+}
+
+TEST_F(RunTesseraTest, NeedsAPassword) {
+    EXPECT_EQ(run({"user", "add", "Ann"}, ""), 1);
+    EXPECT_THAT(err, HasSubstr("a user needs a password"));
+    expectFailure(1, {"user", "add", "Ann", "--password-file", folder + "/none"},
+                  "cannot read the password file");
+    expectFailure(1, {"user", "add", "Ann", "--password-file", writeFile("empty", "\n")}, "needs a password");
+    expectFailure(1, {"user", "add", "Ann", "--password-file", writeFile("odd", "a\xFF\n")},
+                  "cannot be sent");
+    EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST_F(RunTesseraTest, AddsEditsListsAndDeletesUsers) {
+    addUser("Bob", "UTC0");
+    EXPECT_EQ(run({"user", "add", "Ann", "--zone", "CET-1", "--hours", "08:00-12:30", "--days", "mon-thu",
+                   "--default"},
+                  "secret\n"),
+              0);
+    EXPECT_EQ(run({"list", "users"}), 0);
+    EXPECT_EQ(out, "NAME  ZONE   HOURS        DAYS     DEFAULT\n"
+                   "Ann   CET-1  08:00-12:30  mon-thu  yes\n"
+                   "Bob   UTC0   09:00-17:00  mon-fri  \n");
+
+    EXPECT_EQ(run({"user", "edit", "ann", "--name", "Anna", "--days", "fri"}), 0);
+    EXPECT_EQ(out, "changed user Anna\n");
+    EXPECT_EQ(run({"user", "list", "--json"}), 0);
+    const auto users = nlohmann::json::parse(out);
+    ASSERT_EQ(users.size(), 2u);
+    EXPECT_EQ(users[0]["name"], "Anna");
+    EXPECT_EQ(users[0]["hours"], "08:00-12:30"); // left as it was
+    EXPECT_EQ(users[0]["days"], "fri");
+    EXPECT_EQ(users[0]["default"], true);
+
+    EXPECT_EQ(run({"user", "delete", "Anna"}), 0);
+    EXPECT_EQ(out, "deleted user Anna\n");
+    EXPECT_FALSE(Store(file).findUser("Anna"));
+}
+
+TEST_F(RunTesseraTest, ChangesAPasswordOnlyWhenAsked) {
+    addUser("Ann");
+    EXPECT_EQ(run({"user", "edit", "Ann", "--zone", "UTC0"}, "ignored\n"), 0);
+    Store store(file);
+    const std::int64_t ann = store.findUser("Ann")->id;
+    EXPECT_TRUE(passwordMatches(store.passwordHash(ann), "secret"));
+    EXPECT_EQ(run({"user", "edit", "Ann", "--password"}, "changed\n"), 0);
+    EXPECT_TRUE(passwordMatches(store.passwordHash(ann), "changed"));
+}
+
+TEST_F(RunTesseraTest, ShowsAUser) {
+    addUser("Ann");
+    EXPECT_EQ(run({"show", "user", "Ann"}), 0);
+    EXPECT_THAT(out, HasSubstr("Rule           CET-1CEST,M3.5.0,M10.5.0/3\n"));
+    EXPECT_EQ(run({"show", "user", "Ann", "--json"}), 0);
+    EXPECT_EQ(nlohmann::json::parse(out)["mailDatabase"].get<std::string>().size(), 16u);
+}
+
+TEST_F(RunTesseraTest, RefusesUsersThatAreThereOrNot) {
+    addUser("Ann");
+    addUser("Bob");
+    expectFailure(1, {"user", "add", "ANN", "--password-file", writeFile("password", "x")}, "already");
+    expectFailure(1, {"user", "edit", "Ann", "--name", "Bob"}, "already");
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"user", "edit", "Eve"},
+          {"user", "delete", "Eve"},
+          {"show", "user", "Eve"},
+          {"list", "meetings", "--user", "Eve"},
+          {"add", "meeting", "--user", "Eve", "--start", "2026-11-23"}}) {
+        expectFailure(1, arguments, "there is no user 'Eve'");
+    }
+}
+
+TEST_F(RunTesseraTest, AddsEditsListsAndDeletesMeetings) {
+    addUser("Ann");
+    const std::string lunch = addMeeting("Ann", "2026-11-23 12:00", "Lunch");
+    const std::string early = addMeeting("Ann", "2026-07-01 08:00", "Early");
+    EXPECT_EQ(run({"list", "meetings", "--user", "Ann"}), 0);
+    EXPECT_EQ(out, "ID        START             MINUTES  SUBJECT\n"     //
+                       + early + "  2026-07-01 08:00  60       Early\n" //
+                       + lunch + "  2026-11-23 12:00  60       Lunch\n");
+
+    EXPECT_EQ(run({"edit", "meeting", lunch, "--user", "Ann", "--minutes", "90"}), 0) << err;
+    EXPECT_EQ(run({"show", "meeting", lunch, "--user", "Ann", "--json"}), 0);
+    const auto meeting = nlohmann::json::parse(out);
+    EXPECT_EQ(meeting["sequence"], 2);
+    EXPECT_EQ(meeting["subject"], "Lunch");
+    EXPECT_EQ(meeting["start"], "2026-11-23 12:00");
+    EXPECT_EQ(meeting["minutes"], 90);
+    EXPECT_EQ(meeting["allDay"], false);
+
+    EXPECT_EQ(run({"delete", "meeting", lunch, "--user", "Ann"}), 0);
+    Store store(file);
+    const UserDatabase mail = store.mailDatabase(store.findUser("Ann")->id);
+    EXPECT_EQ(store.documents(mail.id, meetingKind).size(), 1u);
+    EXPECT_EQ(store.deletedUnids(mail.id).size(), 1u);
+}
+
+TEST_F(RunTesseraTest, KeepsMeetingsInUtc) {
+    addUser("Ann");
+    addMeeting("Ann", "2002-07-15 10:00", "Summer"); // 08:00 UTC
+    Store store(file);
+    const auto documents = store.documents(store.mailDatabase(store.findUser("Ann")->id).id, meetingKind);
+    ASSERT_EQ(documents.size(), 1u);
+    EXPECT_EQ(toMeeting(documents[0])->start, 1026691200 + 8 * 3600);
+}
+
+TEST_F(RunTesseraTest, TakesMeetingsOfWholeDays) {
+    addUser("Ann");
+    EXPECT_EQ(
+        run({"add", "meeting", "--user", "Ann", "--start", "2026-12-24", "--all-day", "--subject", "Closed"}),
+        0);
+    EXPECT_EQ(run({"list", "meetings", "--user", "Ann"}), 0);
+    EXPECT_THAT(out, HasSubstr("  2026-12-24  1440     Closed\n"));
+    const std::string id = out.substr(out.find('\n') + 1, 8);
+    EXPECT_EQ(run({"edit", "meeting", id, "--user", "Ann", "--timed"}), 0);
+    EXPECT_EQ(run({"show", "meeting", id, "--user", "Ann"}), 0);
+    EXPECT_THAT(out, HasSubstr("All day   no\n"));
+}
+
+TEST_F(RunTesseraTest, RefusesMeetings) {
+    addUser("Ann");
+    addMeeting("Ann", "2026-11-23 12:00", "Lunch");
+    expectFailure(2, {"add", "meeting", "--user", "Ann"}, "--start is required");
+    expectFailure(2, {"add", "meeting", "--user", "Ann", "--start", "tomorrow"},
+                  "'tomorrow' is not a date and time");
+    expectFailure(2, {"add", "meeting", "--user", "Ann", "--start", "2026-11-23", "--minutes", "-1"},
+                  "--minutes");
+    expectFailure(1, {"add", "meeting", "--user", "Ann", "--start", "1992-12-31"}, "between 1993 and 2129");
+    expectFailure(1, {"add", "meeting", "--user", "Ann", "--start", "2026-11-23", "--subject", "\xFC"},
+                  "UTF-8");
+    expectFailure(1, {"show", "meeting", "zzzz", "--user", "Ann"}, "there is no meeting 'zzzz' of Ann");
+    expectFailure(1, {"delete", "meeting", "", "--user", "Ann"}, "there is no meeting '' of Ann");
+    EXPECT_EQ(run({"list", "meetings", "--user", "Ann", "--json"}), 0);
+    EXPECT_EQ(nlohmann::json::parse(out).size(), 1u);
+}
+
+TEST_F(RunTesseraTest, ExportsWhatItImports) {
+    addUser("Ann");
+    addMeeting("Ann", "2026-11-23 12:00", "M\xC3\xBCller");
+    const std::string exported = folder + "/office.json";
+    EXPECT_EQ(run({"export", "--output", exported}), 0);
+    EXPECT_EQ(run({"export"}), 0);
+    const std::string text = out;
+    EXPECT_THAT(text, HasSubstr("\"start\": \"2026-11-23T11:00:00Z\""));
+    EXPECT_THAT(text, Not(HasSubstr("argon2"))); // no hash leaves the store
+
+    std::filesystem::remove(file);
+    EXPECT_EQ(run({"import", exported}), 0) << err;
+    EXPECT_EQ(run({"export"}), 0);
+    EXPECT_EQ(out, text);
+    Store store(file);
+    EXPECT_FALSE(passwordMatches(store.passwordHash(store.findUser("Ann")->id), ""));
+}
+
+TEST_F(RunTesseraTest, AddsImportedMeetingsToUsersThatAreThere) {
+    addUser("Ann");
+    EXPECT_EQ(run({"import", "-"}, R"({"users": [{"name": "Ann", "zone": "UTC0", "meetings": [
+                      {"subject": "Lunch", "start": "2026-11-23 12:00", "minutes": 60}]}]})"),
+              0)
+        << err;
+    EXPECT_EQ(run({"list", "meetings", "--user", "Ann"}), 0);
+    EXPECT_THAT(out, HasSubstr("2026-11-23 12:00  60       Lunch"));
+    EXPECT_EQ(Store(file).findUser("Ann")->zoneName, "CET-1CEST,M3.5.0,M10.5.0/3");
+}
+
+TEST_F(RunTesseraTest, ImportsAllOrNothing) {
+    addUser("Ann");
+    const char* const rows[] = {
+        "no JSON",
+        "[]",
+        R"({"users": [{"name": "Bob"}, {"zone": "UTC0"}]})",
+        R"({"users": [{"name": "Bob"}, {"name": 7}]})",
+        R"({"users": [{"name": "Bob"}, {"name": ""}]})",
+        R"({"users": [{"name": "Bob", "zone": "Nowhere/Land"}]})",
+        R"({"users": [{"name": "Bob", "hours": "never"}]})",
+        R"({"users": [{"name": "Bob", "meetings": [{"minutes": 60}]}]})",
+        R"({"users": [{"name": "Bob", "meetings": [{"start": "2026-11-23", "minutes": -1}]}]})",
+        R"({"users": [{"name": "Bob", "meetings": [{"start": "soon", "minutes": 1}]}]})",
+        R"({"users": [{"name": "Bob", "meetings": [{"start": "2026-11-23", "minutes": 1, "subject": "a\u0000b"}]}]})",
+    };
+    for (const char* text : rows) {
+        EXPECT_EQ(run({"import", "-"}, text), 1) << text;
+        EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 1) << err;
+        EXPECT_EQ(Store(file).users().size(), 1u) << text;
+    }
+    expectFailure(1, {"import", folder + "/none"}, "cannot read");
+}
+
+// Tells the test when the first line is out.
+class WatchedOutput : public std::stringbuf {
+public:
+    std::string firstLine() {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [this] { return !flushed_.empty(); });
+        return flushed_;
+    }
+
+private:
+    int sync() override {
+        const std::lock_guard lock(mutex_);
+        if (flushed_.empty()) flushed_ = str();
+        changed_.notify_all();
+        return 0;
+    }
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::string flushed_;
+};
+
+TEST_F(RunTesseraTest, ServesUntilItIsToldToTerminate) {
+    addUser("Ann");
+    addMeeting("Ann", "2026-11-23 10:00", "Lunch");
+    WatchedOutput output;
+    int status = -1;
+    std::thread server([&] {
+        std::istringstream in;
+        std::ostream outStream(&output);
+        std::ostringstream errStream;
+        status = runTessera(
+            {file, "serve", "--port", "0", "--port-file", folder + "/port", "--clock", "2026-11-23"}, in,
+            outStream, errStream);
+        EXPECT_EQ(errStream.str(), "");
+    });
+    const std::string line = output.firstLine();
+    std::uint16_t port = 0;
+    std::ifstream(folder + "/port") >> port;
+    EXPECT_EQ(line, "listening on 127.0.0.1:" + std::to_string(port) + "\n");
+    {
+        RawClient client(port);
+        EXPECT_EQ(bodyOf(client.ask(requestFrame(3, {}))), "P/Tessera/Ann/");
+        EXPECT_EQ(resultOf(client.ask(requestFrame(
+                      1, {"0", "Ann", "secret", "2.4.2.0", ".", "0", "", "", "Palm", "160x160"}))),
+                  "0000");
+        // 2026-11-23 is a Monday, 08:00 UTC on it 1069574400 seconds after the start of 1993; in Berlin it is
+        // 09:00.
+        EXPECT_EQ(bodyOf(client.ask(requestFrame(122, {"1", "Ann"}))), "1069574400/60/1069581600/360/");
+    }
+    ::pthread_kill(server.native_handle(), SIGTERM);
+    server.join();
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(output.str(), line + "stopped\n");
+}
+
+TEST_F(RunTesseraTest, CannotServeOnATakenPort) {
+    WatchedOutput output;
+    std::thread server([&] {
+        std::istringstream in;
+        std::ostream outStream(&output);
+        std::ostringstream errStream;
+        runTessera({file, "serve", "--port", "0", "--port-file", folder + "/port"}, in, outStream, errStream);
+    });
+    output.firstLine();
+    std::string port;
+    std::ifstream(folder + "/port") >> port;
+    expectFailure(1, {"serve", "--port", port}, "cannot listen on 127.0.0.1 port " + port);
+    ::pthread_kill(server.native_handle(), SIGINT);
+    server.join();
+}
+
+} // namespace
+} // namespace tsr
