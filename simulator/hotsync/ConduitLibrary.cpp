@@ -24,8 +24,6 @@ ConduitLibrary::ConduitLibrary(const std::string& path)
     }
 }
 
-ConduitLibrary::~ConduitLibrary() {
-    dlclose(handle_);
-}
+ConduitLibrary::~ConduitLibrary() { dlclose(handle_); }
 
 } // namespace tsr

@@ -20,8 +20,8 @@ const std::vector<HotSyncApplication>& hotSyncApplications() {
 
 const HotSyncApplication* findHotSyncApplication(const std::string& name) {
     const std::vector<HotSyncApplication>& all = hotSyncApplications();
-    const auto found =
-        std::find_if(all.begin(), all.end(), [&name](const HotSyncApplication& each) { return each.name == name; });
+    const auto found = std::find_if(all.begin(), all.end(),
+                                    [&name](const HotSyncApplication& each) { return each.name == name; });
     return found == all.end() ? nullptr : &*found;
 }
 

@@ -6,7 +6,8 @@
 
 namespace tsr {
 
-// Shows what is going on: on a terminal in one line that is written anew with each text, elsewhere as plain lines.
+// Shows what is going on: on a terminal in one line that is written anew with each text, elsewhere as plain
+// lines.
 class ProgressLine {
 public:
     ProgressLine(std::ostream& out, bool terminal) : out_(out), terminal_(terminal) {}

@@ -24,7 +24,8 @@ struct SessionOutcome {
     End end() const;
     bool isGood() const { return end() == End::Finished || end() == End::NothingToDo; }
 
-    // The log for people: error chains, which the log marks with two asterisks for each level, become indented lines.
+    // The log for people: error chains, which the log marks with two asterisks for each level, become
+    // indented lines.
     void print(std::ostream& out) const;
 };
 

@@ -20,9 +20,10 @@ namespace {
 constexpr int failed = 1;
 constexpr int badArguments = 2;
 
-constexpr char description[] =
-    "A HotSync manager for the command line: opens a simulated handheld, loads the conduit, and calls it once for each "
-    "application that is due. An application is due when the handheld has its database, or when --application names it.";
+constexpr char description[] = "A HotSync manager for the command line: opens a simulated handheld, loads "
+                               "the conduit, and calls it once for each "
+                               "application that is due. An application is due when the handheld has its "
+                               "database, or when --application names it.";
 
 constexpr char footer[] = R"(Examples:
   hotsync my-palm                       everything that is due
@@ -51,7 +52,8 @@ void showProgress(const char* text) {
 void define(CLI::App& app, Options& options) {
     app.footer(footer);
     app.add_option("handheld", options.folder, "Folder of the simulated handheld")->required();
-    app.add_option("-a,--application", options.applications, "Synchronise this application; may be given again")
+    app.add_option("-a,--application", options.applications,
+                   "Synchronise this application; may be given again")
         ->check([](const std::string& name) {
             if (findHotSyncApplication(name) != nullptr) return std::string();
             std::string known;
@@ -66,14 +68,16 @@ void define(CLI::App& app, Options& options) {
 bool hasDatabase(const HotSyncApplication& application) {
     const auto& databases = handheldAttached()->databases;
     return std::any_of(databases.begin(), databases.end(), [&application](const auto& named) {
-        return named.second.creator == application.creator && named.second.type == application.type;
+        return named.second.header().creator == application.creator
+            && named.second.header().type == application.type;
     });
 }
 
 std::vector<HotSyncApplication> dueApplications(const Options& options) {
     std::vector<HotSyncApplication> due;
     for (const HotSyncApplication& each : hotSyncApplications()) {
-        const bool named = std::count(options.applications.begin(), options.applications.end(), each.name) != 0;
+        const bool named =
+            std::count(options.applications.begin(), options.applications.end(), each.name) != 0;
         if (options.applications.empty() ? hasDatabase(each) : named) due.push_back(each);
     }
     return due;
@@ -130,7 +134,8 @@ bool hotSync(const Options& options, std::ostream& out, bool terminal) {
 
 } // namespace
 
-int runHotSync(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err, bool terminal) {
+int runHotSync(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
+               bool terminal) {
     Options options;
     CLI::App app(description, "hotsync");
     define(app, options);

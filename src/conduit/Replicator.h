@@ -12,6 +12,7 @@
 #include "device/ReplicationType.h"
 #include "foundation/CountedPtr.h"
 #include "foundation/DebugLogStream.h"
+#include "foundation/Error.h"
 #include "foundation/ItemId.h"
 #include "foundation/ItemVersion.h"
 #include "foundation/NullLogStream.h"
