@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <ostream>
@@ -101,9 +102,7 @@ void importInto(Store& store, const Json& json) {
     }
 }
 
-void importFile(const TesseraCommandLine& line, const std::string& input) {
-    const Json json = readJson(line, input);
-    Store store = line.makeStore();
+void importAll(Store& store, const Json& json, const std::string& input) {
     SqliteTransaction transaction = store.transaction();
     try {
         importInto(store, json);
@@ -113,6 +112,18 @@ void importFile(const TesseraCommandLine& line, const std::string& input) {
         throw TesseraError("'" + input + "' cannot be imported: " + error.what());
     }
     transaction.commit();
+}
+
+void importFile(const TesseraCommandLine& line, const std::string& input) {
+    const Json json = readJson(line, input);
+    const bool isNew = !std::filesystem::exists(line.file);
+    try {
+        Store store = line.makeStore();
+        importAll(store, json, input);
+    } catch (...) {
+        if (isNew) std::filesystem::remove(line.file);
+        throw;
+    }
     line.out << "imported " << input << "\n";
 }
 

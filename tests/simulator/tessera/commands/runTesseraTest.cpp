@@ -328,6 +328,10 @@ TEST_F(RunTesseraTest, ImportsAllOrNothing) {
         EXPECT_EQ(Store(file).users().size(), 1u) << text;
     }
     expectFailure(1, {"import", folder + "/none"}, "cannot read");
+
+    std::filesystem::remove(file);
+    EXPECT_EQ(run({"import", "-"}, rows[2]), 1);
+    EXPECT_FALSE(std::filesystem::exists(file));
 }
 
 // Tells the test when the first line is out.
