@@ -4,6 +4,7 @@
 
 #include "handheld/HandheldError.h"
 #include "handheld/RecordReader.h"
+#include "handheld/RecordWriter.h"
 #include "handheld/knownDatabases.h"
 
 namespace tsr {
@@ -55,7 +56,7 @@ const HandheldRecord* ConfigurationDatabase::first(std::uint8_t category) const 
 void ConfigurationDatabase::readConnection() {
     const HandheldRecord* record = first(connectionCategory);
     if (!record) return;
-    RecordReader reader(*record);
+    RecordReader reader(record->data);
     connectionId_ = record->id;
     serverId_ = reader.number(4);
     connection_.byte1 = static_cast<std::uint8_t>(reader.number(1));
@@ -70,7 +71,7 @@ void ConfigurationDatabase::readServer() {
         serverId_ = 0;
         return;
     }
-    RecordReader reader(*record);
+    RecordReader reader(record->data);
     connection_.serverName = reader.string();
     connection_.serverAddress = reader.string();
     connection_.serverPort = reader.string();
@@ -82,7 +83,7 @@ void ConfigurationDatabase::readApplication(std::uint8_t category) {
         setApplication(category, ApplicationChoice());
         return;
     }
-    RecordReader reader(*record);
+    RecordReader reader(record->data);
     const std::uint32_t replication = reader.number(1);
     const std::uint32_t rule = reader.number(1);
     if (replication > static_cast<std::uint8_t>(NextReplication::Slow) || rule < 1 || rule > 2) {

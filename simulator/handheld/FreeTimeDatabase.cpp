@@ -5,6 +5,7 @@
 
 #include "handheld/HandheldError.h"
 #include "handheld/RecordReader.h"
+#include "handheld/RecordWriter.h"
 #include "handheld/knownDatabases.h"
 
 namespace tsr {
@@ -42,7 +43,7 @@ FreeWeek readWeek(RecordReader& reader) {
 }
 
 std::string nameOf(const HandheldRecord& record) {
-    RecordReader reader(record);
+    RecordReader reader(record.data);
     reader.number(1);
     return reader.string();
 }
@@ -70,7 +71,7 @@ std::vector<Colleague> FreeTimeDatabase::colleagues() const {
     forCategory(database_, colleagueCategory,
                 [&](const HandheldRecord& record) { byId[record.id].name = nameOf(record); });
     forCategory(database_, weekCategory, [&](const HandheldRecord& record) {
-        RecordReader reader(record);
+        RecordReader reader(record.data);
         std::vector<FreeWeek>& weeks = byId[reader.number(4)].weeks;
         weeks.push_back(readWeek(reader));
     });

@@ -27,7 +27,6 @@ public:
 
     // The address stays the same for as long as the folder is open, wherever this object is moved.
     Handheld& handheld() { return *handheld_; }
-    const std::filesystem::path& path() const { return path_; }
     void save();
 
 private:

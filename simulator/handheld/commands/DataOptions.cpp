@@ -4,6 +4,7 @@
 
 #include "handheld/HandheldError.h"
 #include "handheld/HandheldFolder.h"
+#include "handheld/commands/handheldText.h"
 
 namespace tsr {
 
@@ -46,14 +47,15 @@ void DataOptions::addTo(CLI::App& command) {
 std::vector<std::uint8_t> DataOptions::data() const {
     std::vector<std::uint8_t> data;
     if (text) {
-        data.assign(text->begin(), text->end());
+        const std::string narrow = toHandheldText(*text);
+        data.assign(narrow.begin(), narrow.end());
         data.push_back(0);
     } else if (hex) {
         data = parseHex(*hex);
     } else if (file) {
         data = readData(*file);
     } else {
-        throw UsageError("give the content with --text, --hex or --file");
+        throw UsageError("give the content with fields, --text, --hex or --file");
     }
     if (data.size() > HandheldRecord::maxBytes)
         throw UsageError("a record or preference takes at most 65,535 bytes");

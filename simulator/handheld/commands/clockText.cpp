@@ -40,8 +40,9 @@ std::optional<std::int64_t> parseCalendar(const std::string& text) {
     const bool inside = hour >= 0 && hour < 24 && minute >= 0 && minute < 60 && second >= 0 && second < 60;
     if (static_cast<std::size_t>(read) != text.size() || text.empty() || !date.ok() || !inside)
         return std::nullopt;
-    return std::chrono::sys_days(date).time_since_epoch().count() * std::int64_t{86400} + hour * 3600
-         + minute * 60 + second;
+    const std::chrono::sys_seconds time = std::chrono::sys_days(date) + std::chrono::hours(hour)
+                                        + std::chrono::minutes(minute) + std::chrono::seconds(second);
+    return time.time_since_epoch().count();
 }
 
 } // namespace

@@ -8,6 +8,8 @@
 #include "handheld/commands/CommandLine.h"
 #include "handheld/commands/DataOptions.h"
 #include "handheld/commands/databaseName.h"
+#include "handheld/commands/handheldText.h"
+#include "handheld/forms/RecordForm.h"
 
 namespace tsr {
 
@@ -15,7 +17,9 @@ namespace {
 
 struct RecordOptions {
     std::string database;
-    std::vector<std::string> targets; // ids of records, or names of colleagues
+    std::string record;               // id, to be edited
+    std::vector<std::string> targets; // ids of records or names of colleagues, to be taken away
+    std::vector<std::string> fields;  // "name=value"
     DataOptions content;
     std::optional<std::uint8_t> category;
     std::optional<std::uint16_t> searchLength;
@@ -26,40 +30,98 @@ struct RecordOptions {
 
 using Options = std::shared_ptr<RecordOptions>;
 
+const char* const fieldHelp = "The content as NAME=VALUE, or with freetime the names of colleagues. memo: "
+                              "text. todo: description, due, priority, "
+                              "completed, note. address: lastName, firstName, company, work, home, fax, "
+                              "other, email, main, pager, mobile, display, "
+                              "address, city, state, zip, country, title, custom1 to custom4, note. "
+                              "datebook: description, date, start, end, alarm "
+                              "(15m, 2h, 1d), repeat (daily, weekly, monthlyByDay, monthlyByDate, yearly), "
+                              "every, until, on, except, note. mail: "
+                              "subject, from, to, cc, bcc, replyTo, sentTo, body, date, time, priority "
+                              "(high, normal, low), read, signature, "
+                              "confirmRead, confirmDelivery, bits";
+
 void addCategoryOption(CLI::App& command, RecordOptions& options) {
     command.add_option("--category", options.category, "Category, 0 to 15")
         ->check(CLI::Range(0, HandheldRecord::categories - 1));
+}
+
+// Sets the fields that the user gave in `values`. One without a value is taken away.
+void setFields(const RecordForm& form, const std::vector<std::string>& fields, FieldValues& values) {
+    for (const std::string& field : fields) {
+        const std::size_t sign = field.find('=');
+        if (sign == std::string::npos) throw UsageError(field + ": a field is given as NAME=VALUE");
+        const std::string name = field.substr(0, sign);
+        const std::string value = toHandheldText(field.substr(sign + 1));
+        form.checkNames({{name, value}});
+        if (value.empty())
+            values.erase(name);
+        else
+            values[name] = value;
+    }
+}
+
+const RecordForm& formOf(const HandheldDatabase& database) {
+    const RecordForm* form = recordForm(database.name());
+    if (!form) throw UsageError(database.name() + " has no fields: use --text, --hex or --file");
+    return *form;
+}
+
+std::vector<std::uint8_t> formedRecord(const RecordForm& form, const FieldValues& values) {
+    std::vector<std::uint8_t> data = form.write(values);
+    if (data.size() > HandheldRecord::maxBytes) throw UsageError("a record takes at most 65,535 bytes");
+    return data;
+}
+
+std::vector<std::uint8_t> newContent(const HandheldDatabase& database, const RecordOptions& options) {
+    if (options.fields.empty()) return options.content.data();
+    if (options.content.isGiven()) throw UsageError("give either fields or --text, --hex or --file");
+    const RecordForm& form = formOf(database);
+    FieldValues values;
+    setFields(form, options.fields, values);
+    return formedRecord(form, values);
+}
+
+// Fields that are not given keep their values.
+std::vector<std::uint8_t> changedContent(const HandheldDatabase& database, const HandheldRecord& record,
+                                         const RecordOptions& options) {
+    if (options.fields.empty() || options.content.isGiven()) return newContent(database, options);
+    const RecordForm& form = formOf(database);
+    FieldValues values = form.read(record.data);
+    setFields(form, options.fields, values);
+    return formedRecord(form, values);
 }
 
 void addColleagues(Handheld& handheld, const RecordOptions& options) {
     if (options.content.isGiven() || options.category || options.secret) {
         throw UsageError("freetime takes names of colleagues, and no content");
     }
-    if (options.targets.empty() && !options.searchLength) throw UsageError("give the names of colleagues");
+    if (options.fields.empty() && !options.searchLength) throw UsageError("give the names of colleagues");
     FreeTimeDatabase::create(handheld);
     FreeTimeDatabase freeTime(handheld);
     if (options.searchLength) freeTime.setSearchLength(*options.searchLength);
-    for (const std::string& name : options.targets) freeTime.add(name);
+    for (const std::string& name : options.fields) freeTime.add(toHandheldText(name));
 }
 
 void addRecord(CommandLine& line, Handheld& handheld, const RecordOptions& options) {
-    if (!options.targets.empty() || options.searchLength)
-        throw UsageError("only freetime takes names and a length");
-    const std::uint32_t id = findDatabase(handheld, options.database)
-                                 .addRecord(options.content.data(), options.category.value_or(0),
-                                            options.secret ? HandheldRecord::secret : 0);
+    if (options.searchLength) throw UsageError("only freetime takes a length");
+    HandheldDatabase& database = findDatabase(handheld, options.database);
+    const std::uint32_t id = database.addRecord(newContent(database, options), options.category.value_or(0),
+                                                options.secret ? HandheldRecord::secret : 0);
     if (id == 0) throw HandheldError("the database is full");
     line.out << id << "\n";
 }
 
 void changeRecord(Handheld& handheld, const RecordOptions& options) {
-    if (!options.content.isGiven() && !options.category) throw UsageError("give new content or a category");
+    const bool changesContent = options.content.isGiven() || !options.fields.empty();
+    if (!changesContent && !options.category) throw UsageError("give new content or a category");
     HandheldDatabase& database = findDatabase(handheld, options.database);
-    const std::uint32_t id = parseRecordId(options.targets.front());
-    bool found = true;
-    if (options.content.isGiven()) found = database.editRecord(id, options.content.data());
-    if (options.category) found = database.moveRecord(id, *options.category);
-    if (!found) throw HandheldError("no such record: " + options.targets.front());
+    const std::uint32_t id = parseRecordId(options.record);
+    const HandheldRecord* record = database.records().find(id);
+    if (!record || record->isGone()) throw HandheldError("no such record: " + options.record);
+    if (changesContent) database.editRecord(id, changedContent(database, *record, options));
+    if (options.category) database.moveRecord(id, *options.category);
 }
 
 // `take` is deleteRecord or archiveRecord.
@@ -77,7 +139,7 @@ void deleteTargets(Handheld& handheld, const RecordOptions& options) {
         return;
     }
     FreeTimeDatabase freeTime(handheld);
-    for (const std::string& name : options.targets) freeTime.remove(name);
+    for (const std::string& name : options.targets) freeTime.remove(toHandheldText(name));
 }
 
 Options addDatabaseOption(CLI::App& command) {
@@ -90,12 +152,13 @@ Options addDatabaseOption(CLI::App& command) {
 }
 
 void addAddCommand(CommandLine& line) {
-    CLI::App& command = line.addCommand("add",
-                                        "Add a record and print its id; add freetime NAME... puts "
-                                        "colleagues on the list of the free-time search",
-                                        "memo --text \"Buy milk\" --category 2");
+    CLI::App& command =
+        line.addCommand("add",
+                        "Add a record and print its id; add freetime NAME... puts "
+                        "colleagues on the list of the free-time search",
+                        "todo description=\"Call Kim\" due=2002-02-08 priority=2 --category 1");
     const Options options = addDatabaseOption(command);
-    command.add_option("PERSON", options->targets, "With freetime: the colleagues, as the server knows them");
+    command.add_option("FIELD", options->fields, fieldHelp);
     command.add_option("--search-length", options->searchLength,
                        "With freetime: the length of the search that the server is told (14 at first)");
     options->content.addTo(command);
@@ -115,9 +178,10 @@ void addAddCommand(CommandLine& line) {
 
 void addEditCommand(CommandLine& line) {
     CLI::App& command = line.addCommand("edit", "Change the content or the category of a record",
-                                        "memo 0x000001 --category 1");
+                                        "todo 0x000001 completed=yes");
     const Options options = addDatabaseOption(command);
-    command.add_option("ID", options->targets, "The record")->required()->expected(1);
+    command.add_option("ID", options->record, "The record")->required();
+    command.add_option("FIELD", options->fields, "NAME=VALUE as with add; NAME= takes a field away");
     options->content.addTo(command);
     addCategoryOption(command, *options);
     command.callback([&line, options] {

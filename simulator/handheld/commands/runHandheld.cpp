@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "handheld/commands/CommandLine.h"
+#include "handheld/forms/RecordForm.h"
 
 namespace tsr {
 
@@ -19,7 +20,7 @@ A handheld is a folder: a .pdb file for each database, preferences/, and handhel
   handheld palm init --user-name "Pat Lee"
   handheld palm configure --address localhost --port 8000 --notes-name "Pat Lee" --password-file secret.txt
   handheld palm configure --type normal
-  handheld palm add memo --text "Buy milk"
+  handheld palm add memo text="Buy milk"
 and then replicate it with hotsync.)";
 
 void addCommands(CommandLine& line) {
@@ -66,6 +67,8 @@ int runHandheld(const std::vector<std::string>& arguments, std::istream& in, std
         line.action();
         return 0;
     } catch (const UsageError& error) {
+        return complain(err, error.what(), wrongArguments);
+    } catch (const FieldError& error) {
         return complain(err, error.what(), wrongArguments);
     } catch (const std::exception& error) {
         return complain(err, error.what(), failed);

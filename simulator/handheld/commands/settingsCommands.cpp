@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <fstream>
@@ -14,7 +15,7 @@
 #include "handheld/commands/CommandLine.h"
 #include "handheld/commands/HiddenTyping.h"
 #include "handheld/commands/clockText.h"
-#include "handheld/commands/jsonText.h"
+#include "handheld/commands/handheldText.h"
 #include "handheld/knownDatabases.h"
 #include "handheld/settingsFile.h"
 #include "handheld/standardDatabases.h"
@@ -174,8 +175,9 @@ void applyConnection(const ConfigureOptions& options, ConfigurationDatabase& con
     ConnectionChoice connection = configuration.connection();
     if (options.address) connection.serverAddress = *options.address;
     if (options.port) connection.serverPort = *options.port;
-    if (options.notesName) connection.userName = *options.notesName;
-    if (const auto password = options.password.password(line.in, line.err)) connection.password = *password;
+    if (options.notesName) connection.userName = toHandheldText(*options.notesName);
+    if (const auto password = options.password.password(line.in, line.err))
+        connection.password = toHandheldText(*password);
     configuration.setConnection(connection);
 }
 
@@ -211,10 +213,10 @@ void printJson(std::ostream& out, const Handheld& handheld, const ConfigurationD
     nlohmann::ordered_json json;
     json["osVersion"] = versionText(handheld.systemVersion);
     json["clock"] = clockValue(handheld);
-    json["userName"] = jsonText(handheld.userName);
-    json["address"] = jsonText(connection.serverAddress);
-    json["port"] = jsonText(connection.serverPort);
-    json["notesName"] = jsonText(connection.userName);
+    json["userName"] = handheld.userName;
+    json["address"] = fromHandheldText(connection.serverAddress);
+    json["port"] = fromHandheldText(connection.serverPort);
+    json["notesName"] = fromHandheldText(connection.userName);
     json["hasPassword"] = !connection.password.empty();
     for (const KnownApplication& application : knownApplications) {
         const ApplicationChoice& choice = configuration.applications().at(application.configurationCategory);
@@ -232,7 +234,7 @@ void printTable(std::ostream& out, const Handheld& handheld, const Configuration
         << "clock        " << clockValue(handheld) << "\n"
         << "owner        " << handheld.userName << "\n"
         << "server       " << connection.serverAddress << ":" << connection.serverPort << "\n"
-        << "Notes name   " << connection.userName << "\n"
+        << "Notes name   " << fromHandheldText(connection.userName) << "\n"
         << "password     " << (connection.password.empty() ? "none" : "set") << "\n\n"
         << "application  next type    conflict  window\n";
     for (const KnownApplication& application : knownApplications) {

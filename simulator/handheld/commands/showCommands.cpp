@@ -7,10 +7,12 @@
 
 #include "handheld/ConfigurationDatabase.h"
 #include "handheld/FreeTimeDatabase.h"
+#include "handheld/HandheldError.h"
 #include "handheld/HandheldFolder.h"
 #include "handheld/commands/CommandLine.h"
 #include "handheld/commands/databaseName.h"
-#include "handheld/commands/jsonText.h"
+#include "handheld/commands/handheldText.h"
+#include "handheld/forms/RecordForm.h"
 #include "handheld/freeTimeGrid.h"
 
 namespace tsr {
@@ -52,9 +54,9 @@ std::string idText(std::uint32_t id) {
 
 Json summary(const HandheldDatabase& database) {
     const DatabaseHeader& header = database.header();
-    return {{"name", jsonText(header.name)},
-            {"type", jsonText(fourCharacterText(header.type))},
-            {"creator", jsonText(fourCharacterText(header.creator))},
+    return {{"name", fromHandheldText(header.name)},
+            {"type", fromHandheldText(fourCharacterText(header.type))},
+            {"creator", fromHandheldText(fourCharacterText(header.creator))},
             {"version", header.version},
             {"records", database.records().size()},
             {"modified", modifiedCount(database)}};
@@ -92,12 +94,44 @@ void dump(std::ostream& out, const std::vector<std::uint8_t>& data) {
     }
 }
 
+// Empty for a record without fields: of another database, without data, or damaged.
+FieldValues fieldsOf(const HandheldDatabase& database, const HandheldRecord& record) {
+    const RecordForm* form = recordForm(database.name());
+    if (!form || record.data.empty()) return {};
+    try {
+        return form->read(record.data);
+    } catch (const HandheldError&) {
+        return {};
+    }
+}
+
+// Further lines of a text stand below its first.
+std::string indented(const std::string& text) {
+    std::string lines;
+    for (const char c : fromHandheldText(text)) {
+        lines += c;
+        if (c == '\n') lines += std::string(18, ' ');
+    }
+    return lines;
+}
+
+void showFields(std::ostream& out, const HandheldDatabase& database, const FieldValues& values) {
+    for (const std::string& name : recordForm(database.name())->fields()) {
+        const auto value = values.find(name);
+        if (value == values.end()) continue;
+        out << "    " << std::left << std::setw(14) << name << indented(value->second) << "\n";
+    }
+}
+
 Json recordJson(const HandheldDatabase& database, const HandheldRecord& record) {
-    return {{"id", record.id},
-            {"attributes", attributeNames(record)},
-            {"category", record.category},
-            {"size", record.data.size()},
-            {"data", hexText(withoutPassword(database, record))}};
+    Json json = {{"id", record.id},
+                 {"attributes", attributeNames(record)},
+                 {"category", record.category},
+                 {"size", record.data.size()},
+                 {"data", hexText(withoutPassword(database, record))}};
+    for (const auto& [name, value] : fieldsOf(database, record))
+        json["fields"][name] = fromHandheldText(value);
+    return json;
 }
 
 void showJson(std::ostream& out, const HandheldDatabase& database,
@@ -111,12 +145,16 @@ void showJson(std::ostream& out, const HandheldDatabase& database,
 }
 
 void showTable(std::ostream& out, const HandheldDatabase& database,
-               const std::vector<HandheldRecord>& records) {
+               const std::vector<HandheldRecord>& records, bool hexadecimal) {
     out << "id        category  bytes  attributes\n";
     for (const HandheldRecord& record : records) {
         out << idText(record.id) << std::right << std::setw(10) << unsigned{record.category} << std::setw(7)
             << record.data.size() << "  " << joined(attributeNames(record)) << "\n";
-        dump(out, withoutPassword(database, record));
+        const FieldValues fields = fieldsOf(database, record);
+        if (hexadecimal || fields.empty())
+            dump(out, withoutPassword(database, record));
+        else
+            showFields(out, database, fields);
     }
 }
 
@@ -134,7 +172,7 @@ void showFreeTimeJson(std::ostream& out, const std::vector<Colleague>& colleague
         Json weeks = Json::array();
         for (const FreeWeek& week : colleague.weeks) weeks.push_back(weekJson(week));
         list.push_back(
-            {{"id", colleague.id}, {"name", jsonText(colleague.name)}, {"weeks", std::move(weeks)}});
+            {{"id", colleague.id}, {"name", fromHandheldText(colleague.name)}, {"weeks", std::move(weeks)}});
     }
     out << list.dump(2) << "\n";
 }
@@ -145,7 +183,8 @@ void showFreeTime(const CommandLine& line, Handheld& handheld, bool ascii) {
         showFreeTimeJson(line.out, colleagues);
         return;
     }
-    for (const Colleague& colleague : colleagues) {
+    for (Colleague colleague : colleagues) {
+        colleague.name = fromHandheldText(colleague.name);
         drawFreeTime(line.out, colleague, ascii);
         line.out << "\n";
     }
@@ -155,6 +194,7 @@ struct ShowOptions {
     std::string database;
     bool ascii = false;
     bool modified = false;
+    bool hexadecimal = false;
 };
 
 void show(const CommandLine& line, const ShowOptions& options) {
@@ -170,7 +210,7 @@ void show(const CommandLine& line, const ShowOptions& options) {
     if (line.json)
         showJson(line.out, database, records);
     else
-        showTable(line.out, database, records);
+        showTable(line.out, database, records, options.hexadecimal);
 }
 
 } // namespace
@@ -197,6 +237,7 @@ void addShowCommand(CommandLine& line) {
                     "A database, an application (address, datebook, mail, memo, todo), or freetime")
         ->required();
     command.add_flag("--modified", options->modified, "Only records that the next HotSync sees as changed");
+    command.add_flag("--hex", options->hexadecimal, "Show the bytes of records, not their fields");
     command.add_flag("--ascii", options->ascii, "Draw free time with # < > . instead of blocks");
     command.callback([&line, options] { line.action = [&line, options] { show(line, *options); }; });
 }

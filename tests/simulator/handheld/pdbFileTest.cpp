@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "handheld/Handheld.h"
 #include "handheld/HandheldError.h"
 #include "support/bytes.h"
 
@@ -52,6 +53,23 @@ TEST(PdbFile, ReadsHeaderBlocksAndRecords) {
 }
 
 TEST(PdbFile, GivesTheSameBytesBack) { EXPECT_EQ(toPdb(parsePdb(wholeFile())), wholeFile()); }
+
+// The example of docs/handheld.md.
+TEST(PdbFile, WritesADatabaseOfOurOwn) {
+    Handheld handheld;
+    handheld.clock = 1012998896; // 2002-02-06 12:34:56, which is 0xB886D370 seconds after 1904
+    HandheldDatabase& database = handheld.create("MemoDB", 0x44415441, 0x6D656D6F, 8);
+    database.putRecord({0x1201, 0x40, 2, {'H', 'i', 0}});
+    DatabaseHeader known = database.header();
+    known.uniqueIdSeed = 0x1201;
+    database.setHeader(known);
+    EXPECT_EQ(toPdb(database), bytes("4D 65 6D 6F 44 42 00 00 00 00 00 00 00 00 00 00 "
+                                     "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
+                                     "00 08 00 00 B8 86 D3 70 B8 86 D3 70 00 00 00 00 "
+                                     "00 00 00 01 00 00 00 00 00 00 00 00 44 41 54 41 "
+                                     "6D 65 6D 6F 00 00 12 01 00 00 00 00 00 01 00 00 "
+                                     "00 58 42 00 12 01 00 00 48 69 00"));
+}
 
 TEST(PdbFile, GivesBackAFileWithoutBlocksOrRecords) {
     DatabaseHeader empty;

@@ -169,7 +169,7 @@ TEST_F(RunHandheld, AddsAndShowsRecords) {
     const std::vector<HandheldRecord> expected = {
         {1, 0x40, 2, {'M', 'i', 'l', 'k', 0}}, {2, 0x50, 0, {'A', 'B', 0}}, {3, 0x40, 0, {'C'}}};
     EXPECT_EQ(memos(), expected);
-    EXPECT_EQ(run({"show", "memo"}), 0);
+    EXPECT_EQ(run({"show", "memo", "--hex"}), 0);
     EXPECT_THAT(out_.str(), HasSubstr("id        category  bytes  attributes\n"
                                       "0x000001         2      5  dirty\n"
                                       "    0000  4d 69 6c 6b 00                                   Milk.\n"
@@ -177,6 +177,57 @@ TEST_F(RunHandheld, AddsAndShowsRecords) {
     EXPECT_EQ(run({"show", "memo", "--json"}), 0);
     EXPECT_EQ(json()["records"][1]["data"], "414200");
     EXPECT_EQ(json()["records"][0]["category"], 2);
+}
+
+TEST_F(RunHandheld, SpeaksOfRecordsInFields) {
+    init();
+    EXPECT_EQ(run({"add", "todo", "description=Call Kim", "due=2002-02-08", "note=a=b\nsecond line"}), 0);
+    EXPECT_EQ(run({"edit", "todo", "1", "completed=yes", "due="}), 0); // the rest stays
+    EXPECT_EQ(run({"show", "todo"}), 0);
+    EXPECT_THAT(out_.str(), HasSubstr("    description   Call Kim\n"
+                                      "    priority      1\n"
+                                      "    completed     yes\n"
+                                      "    note          a=b\n"
+                                      "                  second line\n"));
+    EXPECT_EQ(run({"show", "todo", "--json"}), 0);
+    EXPECT_EQ(json()["records"][0]["fields"]["description"], "Call Kim");
+    EXPECT_FALSE(json()["records"][0]["fields"].contains("due"));
+    run({"delete", "todo", "1"});
+    EXPECT_EQ(run({"show", "todo"}), 0); // no data, so no fields
+    EXPECT_THAT(out_.str(), HasSubstr("deleted dirty\n"));
+}
+
+// One byte a character on the handheld.
+TEST_F(RunHandheld, TurnsTextFromUtf8AndBack) {
+    init();
+    EXPECT_EQ(run({"add", "memo", "text=Caf\xC3\xA9"}), 0);
+    EXPECT_EQ(memos()[0].data, (Bytes{'C', 'a', 'f', 0xE9, 0}));
+    EXPECT_EQ(run({"show", "memo"}), 0);
+    EXPECT_THAT(out_.str(), HasSubstr("    text          Caf\xC3\xA9\n"));
+    EXPECT_EQ(run({"show", "memo", "--json"}), 0);
+    EXPECT_EQ(json()["records"][0]["fields"]["text"], "Caf\xC3\xA9");
+    for (const char* text :
+         {"text=\xE2\x82\xAC", "text=\xC3", "text=\xC3z", "text=\x80", "text=\xF0\x9F\x98\x80"}) {
+        expectRefused({"add", "memo", text}, 2);
+    }
+    EXPECT_EQ(run({"add", "freetime", "Zo\xC3\xAB"}), 0);
+    EXPECT_EQ(run({"show", "freetime"}), 0);
+    EXPECT_THAT(out_.str(), HasSubstr("Zo\xC3\xAB\n"));
+}
+
+TEST_F(RunHandheld, RefusesFieldsThatCannotBe) {
+    init();
+    run({"add", "VellumConfig", "--hex", "00", "--category", "9"});
+    const Words rows[] = {
+        {"add", "todo", "descriptoin=x"},
+        {"add", "todo", "due=soon"},
+        {"add", "todo", "=x"},
+        {"add", "todo", "note=x", "--text", "y"},
+        {"add", "VellumConfig", "text=x"},
+        {"edit", "VellumConfig", "8", "text=x"},
+        {"add", "memo", "text=" + std::string(65535, 'a')}, // one too many with its NUL
+    };
+    for (const Words& words : rows) expectRefused(words, 2);
 }
 
 TEST_F(RunHandheld, EditsDeletesAndArchives) {
