@@ -35,10 +35,9 @@ std::string ClientResponse::message() const {
 
 std::string ClientResponse::readString() {
     const std::size_t unitsLeft = bytesLeft() / unitBytes;
-    const std::uint8_t* start = body_.data() + position_;
-    const std::size_t units = unitsBeforeZero(start, unitsLeft);
+    std::string text;
+    const std::size_t units = narrowUntilZero(body_.data() + position_, unitsLeft, text);
     if (units == unitsLeft) throw GeneralError(Message::MissingNul);
-    std::string text = narrowText(start, units);
     position_ += static_cast<std::uint32_t>((units + 1) * unitBytes);
     return text;
 }

@@ -52,17 +52,48 @@ TEST(WireText, AUnitAboveFFBecomesFortyNineMarks) {
     EXPECT_EQ(narrowed("61 00 AC 20 62 00"), "a" + std::string(49, '?') + "b");
 }
 
-TEST(WireText, FindsAZeroUnitAnywhere) {
-    for (std::size_t units = 0; units < 300; ++units) {
-        // 0x0100 and 0x0001 have a zero byte each, next to each other.
-        std::vector<std::uint8_t> wide;
-        for (std::size_t i = 0; i < units; ++i) {
-            wide.push_back(i % 2 == 0 ? 0 : 1);
-            wide.push_back(i % 2 == 0 ? 1 : 0);
-        }
-        EXPECT_EQ(unitsBeforeZero(wide.data(), units), units);
-        wide.insert(wide.end(), 6, 0);
-        EXPECT_EQ(unitsBeforeZero(wide.data(), units + 3), units);
+TEST(WireText, EndsAtAZeroUnitAnywhere) {
+    for (const std::size_t units :
+         {0u, 1u, 31u, 32u, 33u, 255u, 256u, 257u, 1023u, 1024u, 1025u, 2100u, 5000u}) {
+        SCOPED_TRACE(units);
+        std::string expected;
+        for (std::size_t i = 0; i < units; ++i) expected += static_cast<char>('a' + i % 23);
+        WireBytes wide;
+        appendWide(wide, expected.data(), units);
+        std::string text = "old";
+        EXPECT_EQ(narrowUntilZero(wide.data(), units, text), units); // none
+        EXPECT_EQ(text, expected);
+        const std::string behind = std::string(1, '\0') + std::string(1500, 'x');
+        appendWide(wide, behind.data(), behind.size());
+        EXPECT_EQ(narrowUntilZero(wide.data(), units + behind.size(), text), units);
+        EXPECT_EQ(text, expected);
+    }
+}
+
+TEST(WireText, DoesNotTakeTwoZeroBytesOfTwoUnitsForAZeroUnit) {
+    // 0x0100 and then 0x0001: the zeros of both lie next to each other in the other order.
+    std::vector<std::uint8_t> wide;
+    for (int i = 0; i < 2000; ++i) {
+        const std::vector<std::uint8_t> pair = {1, 0, 0, 1};
+        wide.insert(wide.end(), pair.begin(), pair.end());
+    }
+    std::string text;
+    EXPECT_EQ(narrowUntilZero(wide.data(), 4000, text), 4000u);
+    EXPECT_EQ(text.size(), 2000u + 2000u * 49u);
+}
+
+TEST(WireText, MarksAUnitAnywhereInALongText) {
+    const std::size_t units = 3000;
+    for (const std::size_t place : {0u, 300u, 1023u, 1024u, 2047u, 2999u}) {
+        std::string expected(units, 'a');
+        WireBytes wide;
+        appendWide(wide, expected.data(), units);
+        appendWide(wide, "\0b", 2);
+        wide[2 * place + 1] = 0x20;
+        std::string text;
+        EXPECT_EQ(narrowUntilZero(wide.data(), units + 2, text), units);
+        EXPECT_EQ(text, expected.replace(place, 1, std::string(49, '?')));
+        EXPECT_EQ(narrowText(wide.data(), units), expected);
     }
 }
 
