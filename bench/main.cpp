@@ -1,5 +1,8 @@
 #include <benchmark/benchmark.h>
 
+#include <string>
+#include <vector>
+
 #include "bench/ratios.h"
 
 namespace {
@@ -27,8 +30,13 @@ private:
 } // namespace
 
 int main(int count, char** arguments) {
-    benchmark::Initialize(&count, arguments);
-    if (benchmark::ReportUnrecognizedArguments(count, arguments)) return 1;
+    char interleave[] = "--benchmark_enable_random_interleaving=true";
+    std::vector<char*> all(arguments, arguments + count);
+    all.insert(all.begin() + 1, interleave); // what the user gives comes later, and wins
+    int allCount = count + 1;
+    all.push_back(nullptr);
+    benchmark::Initialize(&allCount, all.data());
+    if (benchmark::ReportUnrecognizedArguments(allCount, all.data())) return 1;
     NotingReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     tsr::bench::printRatios();

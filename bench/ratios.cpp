@@ -1,6 +1,7 @@
 #include "bench/ratios.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <map>
 #include <vector>
@@ -20,9 +21,15 @@ std::vector<Ratio>& ratios() {
     return list;
 }
 
-std::map<std::string, double>& times() {
-    static std::map<std::string, double> map;
+std::map<std::string, std::vector<double>>& times() {
+    static std::map<std::string, std::vector<double>> map;
     return map;
+}
+
+double median(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
 }
 
 } // namespace
@@ -32,10 +39,7 @@ bool compare(const std::string& job, const std::string& reference, double bar) {
     return true;
 }
 
-void noteTime(const std::string& name, double nanoseconds) {
-    const auto [entry, isNew] = times().try_emplace(name, nanoseconds);
-    if (!isNew) entry->second = std::min(entry->second, nanoseconds);
-}
+void noteTime(const std::string& name, double nanoseconds) { times()[name].push_back(nanoseconds); }
 
 void printRatios() {
     std::printf("\n%-28s %-28s %8s %6s\n", "job", "against", "ratio", "bar");
@@ -43,7 +47,7 @@ void printRatios() {
         const auto job = times().find(ratio.job);
         const auto reference = times().find(ratio.reference);
         if (job == times().end() || reference == times().end()) continue; // filtered out of this run
-        const double value = job->second / reference->second;
+        const double value = median(job->second) / median(reference->second);
         std::printf("%-28s %-28s %7.2fx", ratio.job.c_str(), ratio.reference.c_str(), value);
         if (ratio.bar != 0) std::printf(" %5.1fx%s", ratio.bar, value <= ratio.bar ? "" : "  above the bar");
         std::printf("\n");

@@ -9,7 +9,8 @@ namespace tsr::bench {
 // set up.
 bool compare(const std::string& job, const std::string& reference, double bar = 0);
 
-// The best time of a benchmark's repetitions counts: what other programs do to this machine only adds to it.
+// The median of a benchmark's repetitions counts, which come interleaved with those of the others: what else
+// goes on in this machine then meets all alike.
 void noteTime(const std::string& name, double nanoseconds);
 
 void printRatios();

@@ -48,6 +48,34 @@ TEST_F(ServerConnectionTest, AnExchangeGivesTheBodyOfTheResponse) {
     EXPECT_EQ(response->readString(), "one");
 }
 
+TEST_F(ServerConnectionTest, ResponsesDoNotShareABody) {
+    ClientRequest request;
+    willAnswer({"first", "of the first"});
+    willAnswer({"second", "of the second"});
+    willAnswer({"third"});
+    CountedPtr<ClientResponse> first = connection.exchange(request);
+    const CountedPtr<ClientResponse> second = connection.exchange(request);
+    EXPECT_EQ(first->readString(), "first");
+    EXPECT_EQ(second->readString(), "second");
+    EXPECT_EQ(first->readString(), "of the first");
+    first.reset(); // its memory goes to the third
+    const CountedPtr<ClientResponse> third = connection.exchange(request);
+    EXPECT_EQ(second->readString(), "of the second");
+    EXPECT_EQ(third->readString(), "third");
+    EXPECT_TRUE(third->atEnd());
+}
+
+TEST(ServerConnection, AResponseOutlivesIt) {
+    const auto socket = makeCounted<ScriptedSocket>();
+    socket->willReceive(test::responseOf({"still there"}));
+    CountedPtr<ClientResponse> response;
+    {
+        ServerConnection connection{CountedPtr<IStreamSocket>(socket)};
+        response = connection.exchange(ClientRequest());
+    }
+    EXPECT_EQ(response->readString(), "still there");
+}
+
 TEST_F(ServerConnectionTest, ARefusalLeavesTheConnectionInStep) {
     willRefuse(42, "Document locked");
     willAnswer({"next"});
