@@ -1,6 +1,7 @@
 #include "foundation/hexadecimal.h"
 
 #include <algorithm>
+#include <array>
 
 #include "foundation/GeneralError.h"
 
@@ -10,14 +11,27 @@ namespace {
 
 constexpr std::size_t wordDigits = 8;
 constexpr char digits[] = "0123456789abcdef";
+constexpr char upperDigits[] = "0123456789ABCDEF";
+constexpr std::uint8_t noDigit = 0xFF;
+
+// The value of each character as a digit.
+constexpr std::array<std::uint8_t, 256> valuesOfCharacters() {
+    std::array<std::uint8_t, 256> result{};
+    result.fill(noDigit);
+    for (std::uint8_t value = 0; value < 16; ++value) {
+        result[static_cast<std::uint8_t>(digits[value])] = value;
+        result[static_cast<std::uint8_t>(upperDigits[value])] = value;
+    }
+    return result;
+}
+constexpr std::array<std::uint8_t, 256> values = valuesOfCharacters();
 
 } // namespace
 
 std::uint32_t hexDigit(char character) {
-    if (character >= '0' && character <= '9') return static_cast<std::uint32_t>(character - '0');
-    if (character >= 'A' && character <= 'F') return static_cast<std::uint32_t>(character - 'A' + 10);
-    if (character >= 'a' && character <= 'f') return static_cast<std::uint32_t>(character - 'a' + 10);
-    throw GeneralError(Message::InvalidHexDigit) << Tag("c") << character;
+    const std::uint8_t value = values[static_cast<std::uint8_t>(character)];
+    if (value == noDigit) throw GeneralError(Message::InvalidHexDigit) << Tag("c") << character;
+    return value;
 }
 
 std::string toHex(std::uint32_t value, std::size_t width) {
@@ -42,21 +56,19 @@ std::string toHexWord(std::uint32_t value) {
 
 void hexToBinary(const std::string& text, std::vector<std::uint8_t>& bytes) {
     if (text.size() % 2 != 0) throw GeneralError(Message::OddHexLength) << Tag("len") << text.size();
-    std::vector<std::uint8_t> decoded;
-    decoded.reserve(text.size() / 2);
-    for (std::size_t i = 0; i < text.size(); i += 2) {
-        const std::uint32_t high = hexDigit(text[i]);
-        decoded.push_back(static_cast<std::uint8_t>(high << 4 | hexDigit(text[i + 1])));
+    std::vector<std::uint8_t> decoded(text.size() / 2);
+    for (std::size_t i = 0; i < decoded.size(); ++i) {
+        const std::uint32_t high = hexDigit(text[2 * i]);
+        decoded[i] = static_cast<std::uint8_t>(high << 4 | hexDigit(text[2 * i + 1]));
     }
     bytes.swap(decoded);
 }
 
 std::string binaryToHex(const std::vector<std::uint8_t>& bytes) {
-    std::string text;
-    text.reserve(bytes.size() * 2);
-    for (const std::uint8_t byte : bytes) {
-        text += digits[byte >> 4];
-        text += digits[byte & 0xF];
+    std::string text(bytes.size() * 2, '0');
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        text[2 * i] = digits[bytes[i] >> 4];
+        text[2 * i + 1] = digits[bytes[i] & 0xF];
     }
     return text;
 }

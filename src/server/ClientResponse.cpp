@@ -18,7 +18,7 @@ void ClientResponse::receive(IStreamSocket& socket) {
     auto header = std::make_unique<ResponseHeader>(socket);
     // Wraps for a message that claims more than the frame, and is then too long to be read.
     const std::uint32_t bodyBytes = header->totalLength() - header->bodyOffset();
-    readInPieces(socket, bodyBytes, body_);
+    readInPieces(socket, bodyBytes, body_.bytes);
     position_ = 0;
     header_ = std::move(header);
 }
@@ -35,10 +35,9 @@ std::string ClientResponse::message() const {
 
 std::string ClientResponse::readString() {
     const std::size_t unitsLeft = bytesLeft() / unitBytes;
-    const std::uint8_t* start = body_.data() + position_;
-    const std::size_t units = unitsBeforeZero(start, unitsLeft);
+    std::string text;
+    const std::size_t units = narrowUntilZero(body_.bytes.data() + position_, unitsLeft, text);
     if (units == unitsLeft) throw GeneralError(Message::MissingNul);
-    std::string text = narrowText(start, units);
     position_ += static_cast<std::uint32_t>((units + 1) * unitBytes);
     return text;
 }
@@ -51,7 +50,7 @@ std::string ClientResponse::readCharacters(std::uint32_t count) {
     } else if (units > bytesLeft() / unitBytes) {
         throw GeneralError(Message::StringUnderrun) << Tag("n") << count;
     }
-    std::string text = narrowText(body_.data() + position_, units);
+    std::string text = narrowText(body_.bytes.data() + position_, units);
     position_ += static_cast<std::uint32_t>(units * unitBytes);
     return text;
 }

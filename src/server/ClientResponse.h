@@ -4,7 +4,9 @@
 #include <memory>
 #include <string>
 
+#include "foundation/CountedPtr.h"
 #include "server/IStreamSocket.h"
+#include "server/LentBytes.h"
 #include "server/ResponseHeader.h"
 #include "server/wireText.h"
 
@@ -16,7 +18,9 @@ class ClientResponse {
 public:
     static constexpr std::uint32_t allRemaining = 0xFFFFFFFF;
 
-    explicit ClientResponse(std::uint32_t requestCode) : requestCode_(requestCode) {}
+    // `lender`, if there is one, gives the memory of the body.
+    explicit ClientResponse(std::uint32_t requestCode, CountedPtr<WireBytes> lender = nullptr)
+        : requestCode_(requestCode), body_(std::move(lender)) {}
 
     // Reads the whole frame, in place of an earlier one. Raises what ResponseHeader raises, ConnectionClosed,
     // SocketError, std::bad_alloc for a body of more than 99,999,999 bytes.
@@ -28,7 +32,7 @@ public:
     std::uint32_t resultCode() const;
     std::string message() const;
 
-    bool atEnd() const { return position_ >= body_.size(); }
+    bool atEnd() const { return position_ >= body_.bytes.size(); }
 
     // The next string with a terminator; a last odd byte is ignored. Raises MissingNul.
     std::string readString();
@@ -38,11 +42,11 @@ public:
     std::string readCharacters(std::uint32_t count = allRemaining);
 
 private:
-    std::size_t bytesLeft() const { return body_.size() - position_; }
+    std::size_t bytesLeft() const { return body_.bytes.size() - position_; }
 
     std::unique_ptr<ResponseHeader> header_;
     std::uint32_t requestCode_;
-    WireBytes body_;
+    LentBytes body_;
     std::uint32_t position_ = 0; // bytes
 };
 

@@ -92,7 +92,7 @@ CountedPtr<ClientResponse> ServerConnection::exchangeAs(std::uint32_t reportedCo
     if (!socket_)
         throw GeneralError(Message::InternalError) << Tag("n") << __LINE__ << Tag("f") << "ServerConnection";
     request.send(*socket_);
-    CountedPtr<ClientResponse> response(new ClientResponse(request.code()));
+    CountedPtr<ClientResponse> response(new ClientResponse(request.code(), bodyMemory_));
     response->receive(*socket_);
     if (response->resultCode() != 0)
         throw ServerRequestError(reportedCode, response->resultCode(), response->message());

@@ -51,7 +51,8 @@ private:
     CountedPtr<ClientResponse> exchangeAs(std::uint32_t reportedCode, const ClientRequest& request);
     CountedPtr<ClientResponse> exchangeEmpty(std::uint32_t code);
 
-    CountedPtr<IStreamSocket> socket_; // null until connect succeeds
+    CountedPtr<IStreamSocket> socket_;                            // null until connect succeeds
+    CountedPtr<WireBytes> bodyMemory_ = makeCounted<WireBytes>(); // of one response after another
     TimeZone timeZone_;
 };
 

@@ -35,7 +35,11 @@ TEST(ParseWideUnsigned, TakesWhatAStreamTakes) {
         {u"\t\n 7", 7},
         {u"+5", 5},
         {u"-1", 4294967295u}, // negated in 32 bits
+        {u"-4294967295", 1},
+        {u"-0", 0},
+        {u"\v\f\r8", 8},
         {u"4294967295", 4294967295u},
+        {u"000000000000000000000000012", 12},
         {u"0012", 12},   // decimal, not octal
         {u"1,000", 1},   // no grouping
         {u"1\u0660", 1}, // a digit of another script is none
@@ -46,8 +50,8 @@ TEST(ParseWideUnsigned, TakesWhatAStreamTakes) {
 TEST(ParseWideUnsigned, StopsAtTheCount) { EXPECT_EQ(parseWideUnsigned(u"123456", 4), 1234u); }
 
 TEST(ParseWideUnsigned, RefusesWhatHasNoNumber) {
-    for (const char16_t* text :
-         {u"", u"    ", u"abcd", u"-", u"+", u"4294967296", u"-4294967296", u"\u0661"}) {
+    for (const char16_t* text : {u"", u"    ", u"abcd", u"-", u"+", u"4294967296", u"-4294967296",
+                                 u"99999999999999999999999", u"+-1", u"- 1", u"\u00A01", u"\u0661"}) {
         EXPECT_EQ(test::textRaisedBy([&] { parseWide(text); }), "Cannot convert wide string to unsigned.");
     }
     EXPECT_EQ(test::textRaisedBy([] { parseWide(std::u16string(4, u'\0')); }),
