@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "tessera/Exchanges.h"
+
 namespace tsr {
 
 // What the server remembers of one connection. It keeps the first hundred refusals and counts the rest.
@@ -13,6 +15,7 @@ struct SessionState {
     std::optional<std::int64_t> userId; // empty until the user has authenticated
     std::vector<std::string> errors;
     std::size_t errorCount = 0;
+    Exchanges exchanges;
 };
 
 } // namespace tsr

@@ -223,7 +223,7 @@ TEST_F(StoreFileTest, RefusesAFileThatIsNoDatabase) {
 TEST_F(StoreFileTest, RefusesTheDatabaseOfAnotherProgram) {
     SqliteDatabase(file).execute("CREATE TABLE recipe (name TEXT)");
     EXPECT_THROW(Store{file}, TesseraError);
-    SqliteDatabase(file).execute("PRAGMA user_version = 2");
+    SqliteDatabase(file).execute("PRAGMA user_version = 3");
     EXPECT_THROW(Store{file}, TesseraError);
 }
 

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tessera/DocumentVersion.h"
+#include "tessera/ItemName.h"
+
+namespace tsr {
+
+// What becomes of an item that was changed on both sides.
+enum class ConflictRule {
+    KeepHandheld, // its version replaces that of Notes
+    KeepNotes,    // the other way round
+    KeepBoth      // Notes keeps its version, and that of the handheld becomes a new document
+};
+
+// An item as the handheld lists it.
+struct KnownItem {
+    ItemName name;
+    std::uint32_t sequence = 0; // of the document when it was last exchanged, 0 for an item that was reset
+    bool modified = false;      // since then, on the handheld
+};
+
+// What is to move between one database and a handheld. Whatever changes while it moves is the next
+// exchange's.
+struct Exchange {
+    std::vector<ItemName> wanted{};         // from the handheld
+    std::vector<ItemName> anomalies{};      // also from the handheld, to become new documents
+    std::vector<ItemName> deleted{};        // in Notes
+    std::vector<std::string> toReceive{};   // Unids; documents with an anomaly join once that has come
+    std::vector<bool> anomalyOutstanding{}; // in the order of `anomalies`
+};
+
+// Works out what the handheld that knows `known` and the documents of the database `dbid` are missing from
+// each other. An item listed twice counts once. Everything to receive keeps the order of the documents, the
+// rest that of the list.
+Exchange compare(const std::vector<KnownItem>& known, const std::string& dbid,
+                 const std::vector<DocumentVersion>& documents, ConflictRule rule);
+
+} // namespace tsr
