@@ -8,7 +8,7 @@ namespace tsr {
 
 std::span<const Application> applications() {
     static constexpr std::array<Application, 1> all{{
-        {.databaseKind = memoDatabaseKind, .documentKind = memoKind, .commands = memoCommands},
+        {.databaseKind = journalKind, .documentKind = memoKind, .commands = memoCommands},
     }};
     return all;
 }

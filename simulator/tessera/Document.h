@@ -20,4 +20,7 @@ struct Document {
     Properties properties;
 };
 
+// The first value of a property, or an empty text.
+std::string firstValue(const Properties& properties, const std::string& name);
+
 } // namespace tsr

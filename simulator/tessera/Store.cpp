@@ -174,7 +174,7 @@ void Store::addUser(const User& user, const std::string& passwordHash) {
         .run();
     const std::int64_t userId = database_.lastRowId();
     addDatabase(userId, mailDatabaseKind, "Mail of " + user.name);
-    addDatabase(userId, memoDatabaseKind, "Journal of " + user.name);
+    addDatabase(userId, journalKind, "Journal of " + user.name);
     transaction.commit();
 }
 

@@ -134,6 +134,15 @@ TEST_F(TcpServerTest, TakesLongFramesOnceTheUserIsKnown) {
     EXPECT_EQ(resultOf(client.ask(getTimeZone)), "0000");
 }
 
+TEST_F(TcpServerTest, ClosesTheConnectionInThePlaceOfALostAnswer) {
+    service.orderFaults({.lostAnswers = {2}});
+    RawClient client(server->port());
+    EXPECT_EQ(resultOf(client.ask(findUserName)), "0000");
+    client.send(findUserName);
+    EXPECT_TRUE(client.isClosed());
+    expectServed();
+}
+
 TEST_F(TcpServerTest, OutlivesClientsThatResetTheirConnection) {
     for (const auto& data : {std::vector<std::uint8_t>(), findUserName, wide("0000"), wide("999999990003")}) {
         RawClient client(server->port());
