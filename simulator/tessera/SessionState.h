@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tessera/Exchanges.h"
@@ -16,6 +18,7 @@ struct SessionState {
     std::vector<std::string> errors;
     std::size_t errorCount = 0;
     Exchanges exchanges;
+    std::set<std::pair<std::int64_t, std::string>> newDocuments{}; // database and Unid of items that came new
 };
 
 } // namespace tsr

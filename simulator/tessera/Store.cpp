@@ -62,6 +62,14 @@ CREATE TABLE deletion (
     kind TEXT NOT NULL,
     UNIQUE (database_id, unid)
 );
+CREATE TABLE unconfirmed (
+    database_id INTEGER NOT NULL REFERENCES database(id) ON DELETE CASCADE,
+    kind TEXT NOT NULL,
+    digest TEXT NOT NULL,
+    unid TEXT NOT NULL,
+    PRIMARY KEY (database_id, kind, digest, unid)
+) WITHOUT ROWID;
+CREATE INDEX unconfirmed_unid ON unconfirmed (database_id, unid);
 )";
 
 constexpr const char* userColumns =
@@ -115,6 +123,12 @@ const std::string& forTheOwnerAlone(const std::string& file) {
     std::filesystem::permissions(
         file, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write, ignored);
     return file;
+}
+
+std::vector<std::string> texts(SqliteStatement& statement) {
+    std::vector<std::string> texts;
+    while (statement.step()) texts.push_back(statement.text(0));
+    return texts;
 }
 
 [[noreturn]] void raiseNoDocument(const std::string& unid) {
@@ -280,6 +294,42 @@ Document Store::addDocument(std::int64_t databaseId, const std::string& kind, co
     return document;
 }
 
+Document Store::addUnconfirmed(std::int64_t databaseId, const std::string& kind,
+                               const Properties& properties) {
+    SqliteTransaction transaction(database_);
+    const Document document = addDocument(databaseId, kind, properties);
+    database_.statement("INSERT INTO unconfirmed VALUES (?, ?, ?, ?)")
+        .bind(databaseId)
+        .bind(kind)
+        .bind(contentDigest(properties))
+        .bind(document.unid)
+        .run();
+    transaction.commit();
+    return document;
+}
+
+std::vector<std::string> Store::unconfirmed(std::int64_t databaseId, const std::string& kind) {
+    SqliteStatement statement =
+        database_.statement("SELECT unid FROM unconfirmed WHERE database_id = ? AND kind = ?");
+    statement.bind(databaseId).bind(kind);
+    return texts(statement);
+}
+
+std::vector<std::string> Store::unconfirmed(std::int64_t databaseId, const std::string& kind,
+                                            const Properties& properties) {
+    SqliteStatement statement =
+        database_.statement("SELECT unid FROM unconfirmed WHERE database_id = ? AND kind = ? AND digest = ?");
+    statement.bind(databaseId).bind(kind).bind(contentDigest(properties));
+    return texts(statement);
+}
+
+void Store::confirm(std::int64_t databaseId, const std::string& unid) {
+    database_.statement("DELETE FROM unconfirmed WHERE database_id = ? AND unid = ?")
+        .bind(databaseId)
+        .bind(unid)
+        .run();
+}
+
 Document Store::changeDocument(std::int64_t databaseId, const std::string& unid,
                                const Properties& properties) {
     checkProperties(properties);
@@ -311,6 +361,7 @@ void Store::deleteDocument(std::int64_t databaseId, const std::string& unid) {
         .bind(databaseId)
         .bind(unid)
         .run();
+    confirm(databaseId, unid);
     transaction.commit();
 }
 
@@ -350,9 +401,7 @@ std::vector<std::string> Store::deletedUnids(std::int64_t databaseId) {
     SqliteStatement statement =
         database_.statement("SELECT unid FROM deletion WHERE database_id = ? ORDER BY id");
     statement.bind(databaseId);
-    std::vector<std::string> unids;
-    while (statement.step()) unids.push_back(statement.text(0));
-    return unids;
+    return texts(statement);
 }
 
 std::int64_t Store::nextIdentity() {

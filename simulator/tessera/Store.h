@@ -43,6 +43,15 @@ public:
 
     // Documents. A deleted one leaves a deletion record.
     Document addDocument(std::int64_t databaseId, const std::string& kind, const Properties& properties);
+
+    // A document that a handheld has sent. It isn't confirmed until the handheld has noted its identity: what
+    // loses the answer sends the same once more.
+    Document addUnconfirmed(std::int64_t databaseId, const std::string& kind, const Properties& properties);
+    std::vector<std::string> unconfirmed(std::int64_t databaseId, const std::string& kind);
+    std::vector<std::string> unconfirmed(std::int64_t databaseId, const std::string& kind,
+                                         const Properties& properties); // those that were sent like this
+    void confirm(std::int64_t databaseId, const std::string& unid);
+
     Document changeDocument(std::int64_t databaseId, const std::string& unid, const Properties& properties);
     void deleteDocument(std::int64_t databaseId, const std::string& unid);
     std::optional<Document> findDocument(std::int64_t databaseId, const std::string& unid);

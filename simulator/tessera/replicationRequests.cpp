@@ -1,6 +1,8 @@
 #include "tessera/replicationRequests.h"
 
 #include <algorithm>
+#include <string_view>
+#include <unordered_set>
 
 #include "tessera/RequestRefused.h"
 
@@ -10,6 +12,7 @@ namespace {
 
 constexpr std::size_t stringsPerKnownItem = 4;
 constexpr std::size_t maxQuoted = 100;
+constexpr std::uint32_t firstSequence = 1;
 
 using Handler = std::vector<std::string> (*)(const Application&, const RequestContext&);
 using List = std::vector<ItemName> Exchange::*;
@@ -64,6 +67,21 @@ KnownItem knownItem(const RequestContext& context, std::size_t index) {
     return {{context.strings[index], context.strings[index + 1]}, sequence, raised != sequence};
 }
 
+// What the handheld lists it has noted, unless it came in this session: then it may still forget it.
+void confirmKnown(const Application& application, const RequestContext& context, const UserDatabase& database,
+                  const std::vector<KnownItem>& known) {
+    const auto unconfirmed = context.store.unconfirmed(database.id, application.documentKind);
+    if (unconfirmed.empty()) return;
+    std::unordered_set<std::string_view> unids;
+    for (const KnownItem& item : known) unids.insert(item.name.unid);
+    SqliteTransaction transaction = context.store.transaction();
+    for (const std::string& unid : unconfirmed) {
+        const bool isNew = context.session.newDocuments.contains({database.id, unid});
+        if (!isNew && unids.contains(unid)) context.store.confirm(database.id, unid);
+    }
+    transaction.commit();
+}
+
 // The device's time, the conflict rule, the strings of the application, then the known items. Answered with
 // the token under which the lists are asked for.
 std::vector<std::string> takeReplicationInfo(const Application& application, const RequestContext& context) {
@@ -80,6 +98,7 @@ std::vector<std::string> takeReplicationInfo(const Application& application, con
         known.push_back(knownItem(context, i));
     }
     const UserDatabase database = databaseOf(application, context);
+    confirmKnown(application, context, database, known);
     const auto versions = context.store.versions(database.id, application.documentKind);
     return {context.session.exchanges.add(application, compare(known, database.dbid, versions, rule))};
 }
@@ -151,6 +170,20 @@ Properties sentProperties(const RequestContext& context, std::size_t first) {
     return properties;
 }
 
+// A document for what the handheld sends as new. When a session breaks off, the handheld forgets what it was
+// told in it and sends the same once more in the next; it is answered as before, with the version of then.
+DocumentVersion newDocument(const Application& application, const RequestContext& context,
+                            const UserDatabase& database, const Properties& properties) {
+    auto& newDocuments = context.session.newDocuments;
+    for (const std::string& unid :
+         context.store.unconfirmed(database.id, application.documentKind, properties)) {
+        if (newDocuments.emplace(database.id, unid).second) return {unid, firstSequence};
+    }
+    const Document added = context.store.addUnconfirmed(database.id, application.documentKind, properties);
+    newDocuments.emplace(database.id, added.unid);
+    return {added.unid, added.sequence};
+}
+
 // The token, database, document, the strings of the application, and the properties. Without an identity it
 // is a new item. Answered with database, document and sequence number.
 std::vector<std::string> takeItem(const Application& application, const RequestContext& context) {
@@ -161,7 +194,7 @@ std::vector<std::string> takeItem(const Application& application, const RequestC
     const ItemName name{context.strings[1], context.strings[2]};
     const UserDatabase database = databaseOf(application, context);
     if (name == newItem) {
-        const Document added = context.store.addDocument(database.id, application.documentKind, properties);
+        const DocumentVersion added = newDocument(application, context, database, properties);
         return {database.dbid, added.unid, std::to_string(added.sequence)};
     }
     exchangeOf(application, context);
@@ -182,7 +215,8 @@ std::size_t outstandingAnomaly(const Exchange& exchange, const ItemName& name) {
 
 // The token, database, document, "0", and the properties. The client moves its record to the new document, so
 // that the one of Notes is unknown to it from now on and is to be received. Not before: a client that
-// couldn't send its version would lose it to the one that it receives.
+// couldn't send its version would lose it to the one that it receives. When both versions are equal, as they
+// are when the handheld's came in a session that broke off, there is no new document.
 std::vector<std::string> takeAnomaly(const Application& application, const RequestContext& context) {
     constexpr std::size_t first = 4;
     context.expectAtLeast(first);
@@ -192,13 +226,19 @@ std::vector<std::string> takeAnomaly(const Application& application, const Reque
     Exchange& exchange = exchangeOf(application, context);
     const std::size_t index = outstandingAnomaly(exchange, name);
     const UserDatabase database = databaseOf(application, context);
-    const Document added = context.store.addDocument(database.id, application.documentKind, properties);
+    const auto kept = findDocument(application, context, database, name);
+    DocumentVersion version;
+    if (kept && kept->properties == properties) {
+        version = {kept->unid, kept->sequence};
+    } else {
+        version = newDocument(application, context, database, properties);
+        exchange.toReceive.push_back(name.unid);
+    }
     exchange.anomalyOutstanding[index] = false;
-    exchange.toReceive.push_back(name.unid);
     std::vector<std::string> strings{database.dbid};
     if (application.tellsReplacedUnid) strings.push_back(name.unid);
-    strings.push_back(added.unid);
-    strings.push_back(std::to_string(added.sequence));
+    strings.push_back(version.unid);
+    strings.push_back(std::to_string(version.sequence));
     return strings;
 }
 

@@ -68,6 +68,11 @@ public:
         }
     }
 
+    void close() {
+        ask(200, {});
+        ask(19, {});
+    }
+
 private:
     std::vector<std::string> ask(std::uint32_t code, const std::vector<std::string>& strings) {
         const Response response = session_.handle({code, strings});
@@ -166,6 +171,7 @@ MemoClient::Moves MemoClient::synchronize(const std::string& conflictRule) {
     session.receiveDeletions();
     deletions_.clear();
     memos = working;
+    session.close();
     return moves;
 }
 

@@ -37,8 +37,9 @@ public:
     void remove(const std::string& subject);
     void reset(); // forgets the sequence numbers
 
-    // One session of the user Ann. What fails is left for the next; raises ConnectionLost, and then all is as
-    // it was.
+    // One session of the user Ann. An item that is refused is left for the next. Raises ConnectionLost, or
+    // runtime_error for a request that failed, and then all is as it was, unless the two requests that end
+    // the session fail.
     Moves synchronize(const std::string& conflictRule = "C");
 
     std::vector<std::string> subjects() const; // sorted

@@ -7,6 +7,7 @@
 
 #include "MemoClient.h"
 #include "RawClient.h"
+#include "tessera/ConnectionLost.h"
 #include "tessera/TesseraSession.h"
 #include "tessera/passwords.h"
 
@@ -97,6 +98,13 @@ protected:
     void expectAtRest(MemoClient& client, const std::string& rule = "C") {
         EXPECT_TRUE(client.synchronize(rule).none());
         EXPECT_EQ(client.subjects(), subjects());
+    }
+
+    void prepareChanges(MemoClient& client);
+
+    void startAnew() {
+        service.orderFaults({});
+        for (const std::string& subject : subjects()) remove(subject);
     }
 
     Store store = Store::inMemory();
@@ -421,6 +429,111 @@ TEST_F(ReplicationTest, SendsRefusedItemsAgain) {
     EXPECT_THAT(client.synchronize().refused, SizeIs(2));
     EXPECT_THAT(client.synchronize().sent, UnorderedElementsAre("edited", "two"));
     expectAtRest(client);
+}
+
+// What happens on both sides before a session that goes wrong.
+void ReplicationTest::prepareChanges(MemoClient& client) {
+    for (const char* subject : {"old", "edited", "changed", "conflict", "gone", "removed"}) add(subject);
+    client.synchronize();
+    client.add("new");
+    client.add("twin");
+    client.add("twin"); // equal, and still two
+    client.edit("edited", "edited on the handheld");
+    change("changed", "changed in Notes");
+    client.edit("conflict", "the handheld's side");
+    change("conflict", "Notes' side");
+    remove("gone");
+    client.remove("removed");
+    add("another");
+}
+
+TEST_F(ReplicationTest, LosesAndDoublesNothingWhereverASessionBreaksOff) {
+    const std::vector<std::string> expected{
+        "Notes' side", "another", "changed in Notes",    "edited on the handheld",
+        "new",         "old",     "the handheld's side", "twin",
+        "twin"};
+    const FaultOrders (*const orders[])(std::uint64_t) = {
+        [](std::uint64_t n) -> const FaultOrders { return {.lostAnswers = {n}}; },
+        [](std::uint64_t n) -> const FaultOrders { return {.failedRequests = {n}}; },
+        [](std::uint64_t n) -> const FaultOrders { return {.refusedItems = {n}}; },
+        [](std::uint64_t n) -> const FaultOrders {
+            return {.lostAnswers = {n, n + 9}};
+        }, // twice
+    };
+    for (const auto order : orders) {
+        for (std::uint64_t number = 1; number <= 20; ++number) { // a session has 20 requests
+            SCOPED_TRACE(number);
+            startAnew();
+            MemoClient client(service);
+            prepareChanges(client);
+            service.orderFaults(order(number));
+            for (int i = 0; i < 3; ++i) {
+                try {
+                    client.synchronize("S");
+                } catch (const ConnectionLost&) {
+                } catch (const std::runtime_error&) {
+                }
+            }
+            EXPECT_EQ(client.subjects(), expected);
+            expectAtRest(client, "S");
+        }
+    }
+}
+
+TEST_F(ReplicationTest, GivesEqualItemsDocumentsOfTheirOwn) {
+    const std::vector<std::string> item{"", noDbid, noUnid, "Subject=Milk"};
+    const auto first = ask(355, item).strings;
+    EXPECT_NE(ask(355, item).strings, first);
+    ask(19, {});
+    authenticate(session, "Ann");
+    EXPECT_NE(ask(355, item).strings, first); // the session before was closed
+    EXPECT_EQ(subjects().size(), 3u);
+}
+
+TEST_F(ReplicationTest, AnswersANewItemAsInTheSessionThatBrokeOff) {
+    const std::vector<std::string> item{"", noDbid, noUnid, "Subject=Milk"};
+    const auto first = ask(355, item).strings;
+    const auto second = ask(355, item).strings;
+    change("Milk", "Bread"); // of one of the two
+    TesseraSession next(service);
+    authenticate(next, "Ann");
+    EXPECT_THAT((std::vector{next.handle({355, item}).strings, next.handle({355, item}).strings}),
+                UnorderedElementsAre(first, second));
+    EXPECT_EQ(subjects().size(), 2u);
+    EXPECT_EQ(first.at(2), "1"); // so that the change is offered to the handheld
+}
+
+TEST_F(ReplicationTest, TakesAnItemForNotedOnceALaterSessionListsIt) {
+    const std::vector<std::string> item{"", noDbid, noUnid, "Subject=Milk"};
+    const std::string unid = ask(355, item).strings.at(1);
+    inform("C", {journal.dbid, unid, "1", "1"}); // of the same session: it may break off yet
+    EXPECT_THAT(store.unconfirmed(journal.id, "memo"), ElementsAre(unid));
+    TesseraSession next(service);
+    authenticate(next, "Ann");
+    next.handle({350, {"286934400", "C", journal.dbid, unid, "1", "1"}});
+    EXPECT_THAT(store.unconfirmed(journal.id, "memo"), IsEmpty());
+    EXPECT_NE(next.handle({355, item}).strings.at(1), unid);
+}
+
+TEST_F(ReplicationTest, MakesADocumentForAnItemWhoseOwnWasDeleted) {
+    const std::vector<std::string> item{"", noDbid, noUnid, "Subject=Milk"};
+    const std::string unid = ask(355, item).strings.at(1);
+    remove("Milk");
+    TesseraSession next(service);
+    authenticate(next, "Ann");
+    EXPECT_NE(next.handle({355, item}).strings.at(1), unid);
+    EXPECT_THAT(subjects(), ElementsAre("Milk"));
+}
+
+TEST_F(ReplicationTest, MakesNoDocumentOfAnAnomalyThatEqualsNotes) {
+    const Document document = add("one");
+    change("one", "two");
+    const std::string token = inform("S", {journal.dbid, document.unid, "1", "2"});
+    EXPECT_THAT(
+        ask(361, {token, journal.dbid, document.unid, "0", "Body=", "Category=", "Subject=two"}).strings,
+        ElementsAre(journal.dbid, document.unid, "2"));
+    EXPECT_THAT(ask(356, {token}).strings, ElementsAre("0"));
+    EXPECT_THAT(subjects(), ElementsAre("two"));
 }
 
 TEST_F(ReplicationTest, SendsEverythingToAHandheldThatWasReset) {
