@@ -44,6 +44,9 @@ Exchange compare(const std::vector<KnownItem>& known, const std::string& dbid,
             settleConflict(item.name, rule, exchange);
         } else if (item.modified) {
             exchange.wanted.push_back(item.name);
+            if (rule != ConflictRule::KeepHandheld) {
+                exchange.guarded.emplace(item.name.unid, documents[index].sequence);
+            }
         }
     }
     for (std::size_t i = 0; i < documents.size(); ++i) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "tessera/DocumentVersion.h"
@@ -23,19 +24,19 @@ struct KnownItem {
     bool modified = false;      // since then, on the handheld
 };
 
-// What is to move between one database and a handheld. Whatever changes while it moves is the next
-// exchange's.
+// What is to move between one database and a handheld. What changes meanwhile is the next exchange's.
 struct Exchange {
-    std::vector<ItemName> wanted{};         // from the handheld
-    std::vector<ItemName> anomalies{};      // also from the handheld, to become new documents
-    std::vector<ItemName> deleted{};        // in Notes
-    std::vector<std::string> toReceive{};   // Unids; documents with an anomaly join once that has come
-    std::vector<bool> anomalyOutstanding{}; // in the order of `anomalies`
+    std::vector<ItemName> wanted{};       // from the handheld
+    std::vector<ItemName> anomalies{};    // also from the handheld, to become new documents
+    std::vector<ItemName> deleted{};      // in Notes
+    std::vector<std::string> toReceive{}; // Unids; documents with an anomaly join once that has come
+    std::unordered_map<std::string, std::uint32_t> guarded{}; // Unid to the only version that may be replaced
+    std::vector<bool> anomalyOutstanding{};                   // in the order of `anomalies`
 };
 
 // Works out what the handheld that knows `known` and the documents of the database `dbid` are missing from
 // each other. An item listed twice counts once. Everything to receive keeps the order of the documents, the
-// rest that of the list.
+// rest that of the list. Only rules that keep versions of Notes guard them.
 Exchange compare(const std::vector<KnownItem>& known, const std::string& dbid,
                  const std::vector<DocumentVersion>& documents, ConflictRule rule);
 

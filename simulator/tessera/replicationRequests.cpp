@@ -184,6 +184,12 @@ DocumentVersion newDocument(const Application& application, const RequestContext
     return {added.unid, added.sequence};
 }
 
+void raiseIfChanged(const Exchange& exchange, const Document& document) {
+    const auto guarded = exchange.guarded.find(document.unid);
+    if (guarded == exchange.guarded.end() || guarded->second == document.sequence) return;
+    throw RequestRefused(ResultCode::ItemRefused, "The document was changed in Notes meanwhile.");
+}
+
 // The token, database, document, the strings of the application, and the properties. Without an identity it
 // is a new item. Answered with database, document and sequence number.
 std::vector<std::string> takeItem(const Application& application, const RequestContext& context) {
@@ -197,9 +203,14 @@ std::vector<std::string> takeItem(const Application& application, const RequestC
         const DocumentVersion added = newDocument(application, context, database, properties);
         return {database.dbid, added.unid, std::to_string(added.sequence)};
     }
-    exchangeOf(application, context);
-    if (!findDocument(application, context, database, name)) raiseNoDocument(name.unid);
+    Exchange& exchange = exchangeOf(application, context);
+    const auto document = findDocument(application, context, database, name);
+    if (!document) raiseNoDocument(name.unid);
+    raiseIfChanged(exchange, *document);
     const Document changed = context.store.changeDocument(database.id, name.unid, properties);
+    if (const auto guarded = exchange.guarded.find(name.unid); guarded != exchange.guarded.end()) {
+        guarded->second = changed.sequence; // by the handheld, which may replace it once more
+    }
     return {database.dbid, changed.unid, std::to_string(changed.sequence)};
 }
 

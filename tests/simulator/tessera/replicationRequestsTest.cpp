@@ -131,6 +131,32 @@ TEST_F(ReplicationTest, TakesAChangedItem) {
     EXPECT_EQ(find("Bread").properties, (Properties{{"Subject", {"Bread"}}}));
 }
 
+TEST_F(ReplicationTest, ReplacesNoChangeThatNotesHasMadeMeanwhile) {
+    const Document document = add("Milk");
+    const std::vector<std::string> known{journal.dbid, document.unid, "1", "2"};
+    const std::string token = inform("S", known);
+    change("Milk", "Bread");
+    expectRefused(ask(355, {token, journal.dbid, document.unid, "Subject=Eggs"}), ResultCode::ItemRefused,
+                  "The document was changed in Notes meanwhile.");
+    EXPECT_THAT(subjects(), ElementsAre("Bread"));
+    EXPECT_THAT(ask(359, {inform("S", known)}).strings, ElementsAre("1")); // a conflict for the next session
+
+    const std::string again = inform("S", {journal.dbid, document.unid, "2", "3"});
+    for (const char* sequence : {"3", "4"}) { // its own changes are none of Notes
+        EXPECT_THAT(ask(355, {again, journal.dbid, document.unid, "Subject=Eggs"}).strings,
+                    ElementsAre(journal.dbid, document.unid, sequence));
+    }
+}
+
+TEST_F(ReplicationTest, ReplacesAnyChangeWhereTheHandheldWins) {
+    const Document document = add("Milk");
+    const std::string token = inform("C", {journal.dbid, document.unid, "1", "2"});
+    change("Milk", "Bread");
+    EXPECT_THAT(ask(355, {token, journal.dbid, document.unid, "Subject=Eggs"}).strings,
+                ElementsAre(journal.dbid, document.unid, "3"));
+    EXPECT_THAT(subjects(), ElementsAre("Eggs"));
+}
+
 TEST_F(ReplicationTest, GivesAnItem) {
     const Document document = store.addDocument(
         journal.id, "memo",
