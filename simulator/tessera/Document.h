@@ -11,12 +11,16 @@ namespace tsr {
 using Properties = std::map<std::string, std::vector<std::string>>;
 
 // One document of a database. Its identity is given by the store and never used again; the sequence number
-// starts at 1 and is raised by 1 with each change.
+// starts at 1 and is raised by 1 with each change, or by 2 where its low 16 bits would become 0, since
+// handhelds keep no more of it and take 0 for none.
 struct Document {
     std::string unid; // 32 hexadecimal digits
     std::uint32_t sequence = 0;
     std::string kind; // tells the applications apart that share a database
     Properties properties;
 };
+
+// The first value of a property, or an empty text.
+std::string firstValue(const Properties& properties, const std::string& name);
 
 } // namespace tsr

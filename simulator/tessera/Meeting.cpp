@@ -20,11 +20,6 @@ constexpr char privateName[] = "00040002"; // private unless it is there and "0"
 constexpr std::int64_t secondsPerDay = 86400;
 constexpr std::int64_t minutesPerDay = 1440;
 
-std::string firstValue(const Properties& properties, const std::string& name) {
-    const auto found = properties.find(name);
-    return found == properties.end() || found->second.empty() ? std::string() : found->second.front();
-}
-
 } // namespace
 
 std::optional<Meeting> toMeeting(const Document& document) {

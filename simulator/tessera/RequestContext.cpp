@@ -19,6 +19,14 @@ void RequestContext::expectStrings(std::size_t count) const {
     }
 }
 
+void RequestContext::expectAtLeast(std::size_t count) const {
+    if (strings.size() < count) {
+        throw RequestRefused(ResultCode::BadRequest, "The request has " + std::to_string(strings.size())
+                                                         + " strings in the place of " + std::to_string(count)
+                                                         + " or more.");
+    }
+}
+
 std::uint32_t RequestContext::number(std::size_t index) const {
     const std::optional<std::uint32_t> value = parseNumber(strings.at(index));
     if (!value) throw RequestRefused(ResultCode::BadRequest, quoted(index) + " is not a number.");
@@ -31,6 +39,10 @@ std::string RequestContext::quoted(std::size_t index) const {
     std::size_t end = maxQuotedBytes;
     while ((text[end] & 0xC0) == 0x80) --end; // not within a character
     return std::string("'").append(text, 0, end).append("...'");
+}
+
+void RequestContext::countItem() const {
+    if (faults.refusesItem()) throw RequestRefused(ResultCode::ItemRefused, "The item is refused by order.");
 }
 
 User RequestContext::user() const {

@@ -12,9 +12,10 @@ enum class ResultCode : std::uint16_t {
     BadRequest = 3,     // the body doesn't hold what the command asks for
     NotAuthenticated = 4,
     AuthenticationFailed = 5,
-    NotFound = 6,    // a user, database or document that isn't there
-    TooLarge = 7,    // the answer would pass the limits of a frame
-    ServerFailed = 8 // a failure of the server's own
+    NotFound = 6,     // a user, database or document that isn't there
+    TooLarge = 7,     // the answer would pass the limits of a frame
+    ServerFailed = 8, // a failure of the server's own
+    ItemRefused = 9   // an item that Notes doesn't take
 };
 
 } // namespace tsr

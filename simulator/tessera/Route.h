@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,7 @@ namespace tsr {
 struct Route {
     std::uint32_t code;
     bool beforeAuthentication; // whether it is served to somebody unknown
-    std::vector<std::string> (*answer)(const RequestContext& context);
+    std::function<std::vector<std::string>(const RequestContext& context)> answer;
 };
 
 } // namespace tsr

@@ -3,8 +3,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "tessera/Exchanges.h"
 
 namespace tsr {
 
@@ -13,6 +17,8 @@ struct SessionState {
     std::optional<std::int64_t> userId; // empty until the user has authenticated
     std::vector<std::string> errors;
     std::size_t errorCount = 0;
+    Exchanges exchanges;
+    std::set<std::pair<std::int64_t, std::string>> newDocuments{}; // database and Unid of items that came new
 };
 
 } // namespace tsr

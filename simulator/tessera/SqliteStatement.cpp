@@ -2,15 +2,14 @@
 
 #include <sqlite3.h>
 
-#include "tessera/TesseraError.h"
+#include "tessera/SqliteDatabase.h"
 
 namespace tsr {
 
-SqliteStatement::SqliteStatement(sqlite3* connection, const std::string& sql) : connection_(connection) {
-    check(sqlite3_prepare_v2(connection_, sql.c_str(), -1, &statement_, nullptr));
-}
+SqliteStatement::SqliteStatement(SqliteDatabase& database, const std::string& sql)
+    : database_(database), statement_(database.takeStatement(sql)) {}
 
-SqliteStatement::~SqliteStatement() { sqlite3_finalize(statement_); }
+SqliteStatement::~SqliteStatement() { database_.returnStatement(statement_); }
 
 SqliteStatement& SqliteStatement::bind(std::int64_t value) {
     check(sqlite3_bind_int64(statement_, ++bound_, value));
@@ -45,8 +44,7 @@ std::string SqliteStatement::text(int column) const {
 }
 
 void SqliteStatement::check(int result) const {
-    if (result != SQLITE_OK)
-        throw TesseraError(std::string("the store failed: ") + sqlite3_errmsg(connection_));
+    if (result != SQLITE_OK) database_.raiseFailure();
 }
 
 } // namespace tsr

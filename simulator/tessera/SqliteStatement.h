@@ -3,16 +3,17 @@
 #include <cstdint>
 #include <string>
 
-struct sqlite3;
 struct sqlite3_stmt;
 
 namespace tsr {
+
+class SqliteDatabase;
 
 // One prepared statement. Parameters are bound in order, columns are numbered from 0. Failures raise
 // TesseraError.
 class SqliteStatement {
 public:
-    SqliteStatement(sqlite3* connection, const std::string& sql);
+    SqliteStatement(SqliteDatabase& database, const std::string& sql); // keeps the reference
     ~SqliteStatement();
     SqliteStatement(const SqliteStatement&) = delete;
     SqliteStatement& operator=(const SqliteStatement&) = delete;
@@ -29,8 +30,8 @@ public:
 private:
     void check(int result) const;
 
-    sqlite3* connection_;
-    sqlite3_stmt* statement_ = nullptr;
+    SqliteDatabase& database_;
+    sqlite3_stmt* statement_;
     int bound_ = 0;
 };
 

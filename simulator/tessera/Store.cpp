@@ -4,6 +4,7 @@
 #include <fstream>
 #include <system_error>
 
+#include "tessera/Memo.h"
 #include "tessera/TesseraError.h"
 #include "tessera/documentIdentity.h"
 #include "tessera/unicode.h"
@@ -12,7 +13,7 @@ namespace tsr {
 
 namespace {
 
-constexpr std::int64_t schemaVersion = 1;
+constexpr std::int64_t schemaVersion = 2;
 
 constexpr const char* schema = R"(
 CREATE TABLE identity (
@@ -61,12 +62,18 @@ CREATE TABLE deletion (
     kind TEXT NOT NULL,
     UNIQUE (database_id, unid)
 );
+CREATE TABLE unconfirmed (
+    database_id INTEGER NOT NULL REFERENCES database(id) ON DELETE CASCADE,
+    kind TEXT NOT NULL,
+    digest TEXT NOT NULL,
+    unid TEXT NOT NULL,
+    PRIMARY KEY (database_id, kind, digest, unid)
+) WITHOUT ROWID;
+CREATE INDEX unconfirmed_unid ON unconfirmed (database_id, unid);
 )";
 
 constexpr const char* userColumns =
     "SELECT id, name, zone_name, zone_rule, work_start, work_end, work_days FROM user ";
-
-const char mailKind[] = "mail";
 
 const std::string seedInMemory(64, '0');
 
@@ -118,6 +125,12 @@ const std::string& forTheOwnerAlone(const std::string& file) {
     return file;
 }
 
+std::vector<std::string> texts(SqliteStatement& statement) {
+    std::vector<std::string> texts;
+    while (statement.step()) texts.push_back(statement.text(0));
+    return texts;
+}
+
 [[noreturn]] void raiseNoDocument(const std::string& unid) {
     throw TesseraError("there is no document " + unid);
 }
@@ -130,12 +143,16 @@ Store Store::inMemory() { return Store(":memory:", seedInMemory); }
 
 Store::Store(const std::string& file, const std::string& seed) : database_(file) {
     database_.execute("PRAGMA foreign_keys = ON");
-    if (version() == schemaVersion) return;
-    SqliteTransaction transaction(database_);
-    if (version() == 0) createTables(seed); // unless another program has just done so
-    if (version() != schemaVersion)
-        throw TesseraError("'" + file + "' was written by another version of this program");
-    transaction.commit();
+    if (version() != schemaVersion) {
+        SqliteTransaction transaction(database_);
+        if (version() == 0) createTables(seed); // unless another program has just done so
+        if (version() != schemaVersion)
+            throw TesseraError("'" + file + "' was written by another version of this program");
+        transaction.commit();
+    }
+    // A replication is thousands of transactions: they needn't wait for the disk one by one, and a power cut
+    // takes the last of them whole.
+    database_.execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
 }
 
 void Store::createTables(const std::string& seed) {
@@ -170,13 +187,18 @@ void Store::addUser(const User& user, const std::string& passwordHash) {
         .bind(dayMask(user.hours))
         .run();
     const std::int64_t userId = database_.lastRowId();
+    addDatabase(userId, mailDatabaseKind, "Mail of " + user.name);
+    addDatabase(userId, journalKind, "Journal of " + user.name);
+    transaction.commit();
+}
+
+void Store::addDatabase(std::int64_t userId, const std::string& kind, const std::string& title) {
     database_.statement("INSERT INTO database (user_id, dbid, kind, title) VALUES (?, ?, ?, ?)")
         .bind(userId)
         .bind(drawnDbid(seed(), nextIdentity()))
-        .bind(std::string(mailKind))
-        .bind("Mail of " + user.name)
+        .bind(kind)
+        .bind(title)
         .run();
-    transaction.commit();
 }
 
 void Store::changeUser(const User& user) {
@@ -249,11 +271,11 @@ std::string Store::passwordHash(std::int64_t userId) {
     return statement.text(0);
 }
 
-UserDatabase Store::mailDatabase(std::int64_t userId) {
+UserDatabase Store::database(std::int64_t userId, const std::string& kind) {
     SqliteStatement statement =
         database_.statement("SELECT id, dbid, title FROM database WHERE user_id = ? AND kind = ?");
-    statement.bind(userId).bind(std::string(mailKind));
-    if (!statement.step()) throw TesseraError("the user has no mail database");
+    statement.bind(userId).bind(kind);
+    if (!statement.step()) throw TesseraError("the user has no database for '" + kind + "'");
     return {statement.integer(0), statement.text(1), statement.text(2)};
 }
 
@@ -272,12 +294,49 @@ Document Store::addDocument(std::int64_t databaseId, const std::string& kind, co
     return document;
 }
 
+Document Store::addUnconfirmed(std::int64_t databaseId, const std::string& kind,
+                               const Properties& properties) {
+    SqliteTransaction transaction(database_);
+    const Document document = addDocument(databaseId, kind, properties);
+    database_.statement("INSERT INTO unconfirmed VALUES (?, ?, ?, ?)")
+        .bind(databaseId)
+        .bind(kind)
+        .bind(contentDigest(properties))
+        .bind(document.unid)
+        .run();
+    transaction.commit();
+    return document;
+}
+
+std::vector<std::string> Store::unconfirmed(std::int64_t databaseId, const std::string& kind) {
+    SqliteStatement statement =
+        database_.statement("SELECT unid FROM unconfirmed WHERE database_id = ? AND kind = ?");
+    statement.bind(databaseId).bind(kind);
+    return texts(statement);
+}
+
+std::vector<std::string> Store::unconfirmed(std::int64_t databaseId, const std::string& kind,
+                                            const Properties& properties) {
+    SqliteStatement statement =
+        database_.statement("SELECT unid FROM unconfirmed WHERE database_id = ? AND kind = ? AND digest = ?");
+    statement.bind(databaseId).bind(kind).bind(contentDigest(properties));
+    return texts(statement);
+}
+
+void Store::confirm(std::int64_t databaseId, const std::string& unid) {
+    database_.statement("DELETE FROM unconfirmed WHERE database_id = ? AND unid = ?")
+        .bind(databaseId)
+        .bind(unid)
+        .run();
+}
+
 Document Store::changeDocument(std::int64_t databaseId, const std::string& unid,
                                const Properties& properties) {
     checkProperties(properties);
     SqliteTransaction transaction(database_);
-    SqliteStatement change = database_.statement(
-        "UPDATE document SET sequence = sequence + 1 WHERE database_id = ? AND unid = ? RETURNING id");
+    SqliteStatement change =
+        database_.statement("UPDATE document SET sequence = sequence + 1 + ((sequence + 1) % 65536 = 0) "
+                            "WHERE database_id = ? AND unid = ? RETURNING id");
     change.bind(databaseId).bind(unid);
     if (!change.step()) raiseNoDocument(unid);
     const std::int64_t documentId = change.integer(0);
@@ -302,6 +361,7 @@ void Store::deleteDocument(std::int64_t databaseId, const std::string& unid) {
         .bind(databaseId)
         .bind(unid)
         .run();
+    confirm(databaseId, unid);
     transaction.commit();
 }
 
@@ -326,13 +386,22 @@ std::vector<Document> Store::documents(std::int64_t databaseId, const std::strin
     return documents;
 }
 
+std::vector<DocumentVersion> Store::versions(std::int64_t databaseId, const std::string& kind) {
+    SqliteStatement statement = database_.statement(
+        "SELECT unid, sequence FROM document WHERE database_id = ? AND kind = ? ORDER BY id");
+    statement.bind(databaseId).bind(kind);
+    std::vector<DocumentVersion> versions;
+    while (statement.step()) {
+        versions.push_back({statement.text(0), static_cast<std::uint32_t>(statement.integer(1))});
+    }
+    return versions;
+}
+
 std::vector<std::string> Store::deletedUnids(std::int64_t databaseId) {
     SqliteStatement statement =
         database_.statement("SELECT unid FROM deletion WHERE database_id = ? ORDER BY id");
     statement.bind(databaseId);
-    std::vector<std::string> unids;
-    while (statement.step()) unids.push_back(statement.text(0));
-    return unids;
+    return texts(statement);
 }
 
 std::int64_t Store::nextIdentity() {

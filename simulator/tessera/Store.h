@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tessera/Document.h"
+#include "tessera/DocumentVersion.h"
 #include "tessera/SqliteDatabase.h"
 #include "tessera/SqliteTransaction.h"
 #include "tessera/User.h"
@@ -24,8 +25,8 @@ public:
     // Makes several operations one.
     SqliteTransaction transaction() { return SqliteTransaction(database_); }
 
-    // Users. A new one comes with an empty mail database. The default user is the one whose name the server
-    // gives to a device without one: the user marked so, or the only user that there is.
+    // Users. A new one comes with an empty database of each kind. The default user is the one whose name the
+    // server gives to a device without one: the user marked so, or the only user that there is.
     void addUser(const User& user, const std::string& passwordHash);
     void changeUser(const User& user); // by its id
     void changePassword(std::int64_t userId, const std::string& passwordHash);
@@ -37,19 +38,31 @@ public:
     std::vector<User> users(); // by name
     std::string passwordHash(std::int64_t userId);
 
-    UserDatabase mailDatabase(std::int64_t userId);
+    UserDatabase database(std::int64_t userId, const std::string& kind);
+    UserDatabase mailDatabase(std::int64_t userId) { return database(userId, mailDatabaseKind); }
 
     // Documents. A deleted one leaves a deletion record.
     Document addDocument(std::int64_t databaseId, const std::string& kind, const Properties& properties);
+
+    // A document that a handheld has sent. It isn't confirmed until the handheld has noted its identity: what
+    // loses the answer sends the same once more.
+    Document addUnconfirmed(std::int64_t databaseId, const std::string& kind, const Properties& properties);
+    std::vector<std::string> unconfirmed(std::int64_t databaseId, const std::string& kind);
+    std::vector<std::string> unconfirmed(std::int64_t databaseId, const std::string& kind,
+                                         const Properties& properties); // those that were sent like this
+    void confirm(std::int64_t databaseId, const std::string& unid);
+
     Document changeDocument(std::int64_t databaseId, const std::string& unid, const Properties& properties);
     void deleteDocument(std::int64_t databaseId, const std::string& unid);
     std::optional<Document> findDocument(std::int64_t databaseId, const std::string& unid);
-    std::vector<Document> documents(std::int64_t databaseId, const std::string& kind); // oldest first
+    std::vector<Document> documents(std::int64_t databaseId, const std::string& kind);       // oldest first
+    std::vector<DocumentVersion> versions(std::int64_t databaseId, const std::string& kind); // the same
     std::vector<std::string> deletedUnids(std::int64_t databaseId); // in the order of deletion
 
 private:
     Store(const std::string& file, const std::string& seed);
 
+    void addDatabase(std::int64_t userId, const std::string& kind, const std::string& title);
     void createTables(const std::string& seed);
     std::int64_t version();
     std::int64_t nextIdentity();

@@ -5,6 +5,7 @@
 #include <map>
 #include <mutex>
 
+#include "tessera/FaultPlan.h"
 #include "tessera/Request.h"
 #include "tessera/Route.h"
 #include "tessera/Store.h"
@@ -19,13 +20,18 @@ public:
 
     TesseraService(Store& store, Clock clock); // keeps the reference
 
-    // The strings of the answer. Raises RequestRefused, or what the store raises.
+    void orderFaults(const FaultOrders& orders); // replaces earlier ones, and counts anew
+
+    // The strings of the answer. Raises RequestRefused, what the store raises, or ConnectionLost by order.
     std::vector<std::string> answer(SessionState& session, const Request& request);
 
 private:
+    std::vector<std::string> route(SessionState& session, const Request& request);
+
     std::mutex mutex_; // round the store, and so round every request
     Store& store_;
     Clock clock_;
+    FaultPlan faults_;
     std::map<std::uint32_t, Route> routes_;
 };
 

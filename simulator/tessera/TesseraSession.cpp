@@ -32,7 +32,7 @@ std::vector<std::uint8_t> TesseraSession::handleFrame(const RequestHeader& heade
 }
 
 std::size_t TesseraSession::maxRequestBytes() const {
-    return state_.userId ? tsr::maxRequestBytes : maxStrangerRequestBytes;
+    return state_.userId ? maxFrameBytes : maxStrangerRequestBytes;
 }
 
 Response TesseraSession::refuse(std::uint32_t code, ResultCode result, const std::string& message) {

@@ -11,7 +11,8 @@
 namespace tsr {
 
 // One client's conversation with the service. Whatever is wrong with a request, there is an answer to it, and
-// the refusal is kept for the request that asks for the errors of the session.
+// the refusal is kept for the request that asks for the errors of the session. Only by order there is none:
+// ConnectionLost is raised.
 class TesseraSession {
 public:
     explicit TesseraSession(TesseraService& service) : service_(service) {} // keeps the reference

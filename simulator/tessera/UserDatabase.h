@@ -5,7 +5,9 @@
 
 namespace tsr {
 
-// A database of one user: his mail file, which holds his calendar too.
+inline constexpr char mailDatabaseKind[] = "mail";
+
+// A database of one user: his mail file, which holds his calendar too, or his journal.
 struct UserDatabase {
     std::int64_t id = 0; // in the store
     std::string dbid;    // 16 hexadecimal digits

@@ -51,9 +51,14 @@ std::vector<std::string> sessionErrors(const RequestContext& context) {
     return strings;
 }
 
-// Ends the session; the connection itself is the client's to close, and he may authenticate anew.
+// Ends the session; the connection itself is the client's to close, and he may authenticate anew. Before he
+// closes he has noted the identities that he was given.
 std::vector<std::string> closeSession(const RequestContext& context) {
     context.expectStrings(0);
+    SqliteTransaction transaction = context.store.transaction();
+    for (const auto& [databaseId, unid] : context.session.newDocuments)
+        context.store.confirm(databaseId, unid);
+    transaction.commit();
     context.session = SessionState();
     return {};
 }

@@ -21,12 +21,15 @@ std::string hexText(const unsigned char* data, std::size_t size) {
     return text;
 }
 
-std::string drawn(const std::string& seed, std::int64_t number, std::size_t bytes) {
-    const std::string input = seed + " " + std::to_string(number);
+std::string hashOf(const std::string& input, std::size_t bytes) {
     std::array<unsigned char, crypto_generichash_BYTES> hash{};
     crypto_generichash(hash.data(), hash.size(), reinterpret_cast<const unsigned char*>(input.data()),
                        input.size(), nullptr, 0);
     return hexText(hash.data(), bytes);
+}
+
+std::string drawn(const std::string& seed, std::int64_t number, std::size_t bytes) {
+    return hashOf(seed + " " + std::to_string(number), bytes);
 }
 
 } // namespace
@@ -41,5 +44,15 @@ std::string randomSeed() {
 std::string drawnDbid(const std::string& seed, std::int64_t number) { return drawn(seed, number, dbidBytes); }
 
 std::string drawnUnid(const std::string& seed, std::int64_t number) { return drawn(seed, number, unidBytes); }
+
+// No name holds "=" and no text a NUL, so that the properties could be read back from what is hashed.
+std::string contentDigest(const Properties& properties) {
+    std::string content;
+    for (const auto& [name, values] : properties) {
+        for (const std::string& value : values)
+            content.append(name).append("=").append(value).push_back('\0');
+    }
+    return hashOf(content, crypto_generichash_BYTES);
+}
 
 } // namespace tsr

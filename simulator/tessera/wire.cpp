@@ -8,8 +8,6 @@ namespace tsr {
 
 namespace {
 
-constexpr std::size_t largestFrame = 99'999'999; // eight digits
-
 char16_t unitAt(std::span<const std::uint8_t> bytes, std::size_t offset) {
     return static_cast<char16_t>(bytes[offset] | bytes[offset + 1] << 8);
 }
@@ -103,7 +101,7 @@ std::vector<std::uint8_t> toFrame(const Response& response) {
     const std::u16string message = messageUnits(response);
     const std::vector<std::uint8_t> body = bodyBytes(response.strings);
     const std::size_t length = responseHeaderBytes + 2 * message.size() + body.size();
-    if (length > largestFrame) {
+    if (length > maxFrameBytes) {
         return toFrame({response.code, ResultCode::TooLarge, "The answer does not fit into a frame.", {}});
     }
     std::vector<std::uint8_t> frame;

@@ -28,9 +28,9 @@ namespace tsr {
 inline constexpr std::size_t requestHeaderBytes = 24;
 inline constexpr std::size_t responseHeaderBytes = 40;
 
-// A full replication list of 65,535 records takes less than 10 MiB. Somebody who hasn't authenticated needs
-// no more than his name and password.
-inline constexpr std::size_t maxRequestBytes = 16 * 1024 * 1024;
+// The most that the eight digits of a length can say. A replication list of 65,535 items takes about 16 MiB.
+// Somebody who hasn't authenticated needs no more than his name and password.
+inline constexpr std::size_t maxFrameBytes = 99'999'999;
 inline constexpr std::size_t maxStrangerRequestBytes = 64 * 1024;
 
 // Messages are cut here; their length has four digits in the header.

@@ -2,19 +2,11 @@
 
 #include <algorithm>
 
-#include "tessera/unicode.h"
+#include "tessera/commands/shown.h"
 
 namespace tsr {
 
 namespace {
-
-std::string shown(const std::string& text) {
-    std::u16string units = toUtf16(text);
-    for (char16_t& unit : units) {
-        if (unit < 0x20 || (unit >= 0x7F && unit < 0xA0)) unit = u'?';
-    }
-    return toUtf8(units);
-}
 
 std::size_t width(const std::string& text) {
     return static_cast<std::size_t>(
@@ -26,11 +18,12 @@ std::size_t width(const std::string& text) {
 std::ostream& operator<<(std::ostream& stream, const Table& table) {
     std::vector<std::size_t> widths(table.rows_.front().size());
     for (const auto& row : table.rows_) {
-        for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], width(shown(row[i])));
+        for (std::size_t i = 0; i < row.size(); ++i)
+            widths[i] = std::max(widths[i], width(shownLine(row[i])));
     }
     for (const auto& row : table.rows_) {
         for (std::size_t i = 0; i < row.size(); ++i) {
-            const std::string text = shown(row[i]);
+            const std::string text = shownLine(row[i]);
             const bool last = i + 1 == row.size();
             stream << text << (last ? "\n" : std::string(widths[i] - width(text) + 2, ' '));
         }

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tessera/Meeting.h"
+#include "tessera/Memo.h"
 #include "tessera/TesseraError.h"
 #include "tessera/commands/ArgumentError.h"
 #include "tessera/commands/TesseraCommandLine.h"
@@ -34,6 +35,15 @@ Json meetingsJson(Store& store, const User& user) {
     return meetings;
 }
 
+Json memosJson(Store& store, const User& user) {
+    Json memos = Json::array();
+    for (const Document& document : store.documents(store.database(user.id, journalKind).id, memoKind)) {
+        const Memo memo = toMemo(document);
+        memos.push_back({{"subject", memo.subject}, {"body", memo.body}, {"categories", memo.categories}});
+    }
+    return memos;
+}
+
 Json storeJson(Store& store) {
     Json users = Json::array();
     for (const User& user : store.users()) {
@@ -41,7 +51,8 @@ Json storeJson(Store& store) {
                          {"zone", user.zoneName},
                          {"hours", hoursText(user.hours)},
                          {"days", daysText(user.hours)},
-                         {"meetings", meetingsJson(store, user)}});
+                         {"meetings", meetingsJson(store, user)},
+                         {"memos", memosJson(store, user)}});
     }
     return {{"users", users}};
 }
@@ -94,11 +105,18 @@ void importMeeting(Store& store, const User& user, const Json& json) {
     store.addDocument(store.mailDatabase(user.id).id, meetingKind, toProperties(meeting));
 }
 
+void importMemo(Store& store, const User& user, const Json& json) {
+    const Memo memo{json.value("subject", ""), json.value("body", ""),
+                    json.value("categories", std::vector<std::string>())};
+    store.addDocument(store.database(user.id, journalKind).id, memoKind, toProperties(memo));
+}
+
 void importInto(Store& store, const Json& json) {
     for (const Json& userJson : json.at("users")) {
         const User user = userToImport(store, userJson);
         for (const Json& meeting : userJson.value("meetings", Json::array()))
             importMeeting(store, user, meeting);
+        for (const Json& memo : userJson.value("memos", Json::array())) importMemo(store, user, memo);
     }
 }
 
@@ -132,14 +150,15 @@ void importFile(const TesseraCommandLine& line, const std::string& input) {
 void addTesseraFileCommands(TesseraCommandLine& line) {
     const auto name = std::make_shared<std::string>();
     CLI::App& import =
-        line.command(line.app, "import", "Adds the users and meetings of a file that 'export' has written",
+        line.command(line.app, "import", "Adds what stands in a file that 'export' has written",
                      [&line, name] { importFile(line, *name); });
-    import.footer("A user who is there already keeps his settings and gets the meetings besides those that\n"
-                  "he has. A new one cannot log in until 'user edit --password' has given him a password.");
+    import.footer(
+        "A user who is there already keeps his settings and gets the meetings and memos besides\n"
+        "those that he has. A new one cannot log in until 'user edit --password' has given him a password.");
     import.add_option("INPUT", *name, "The file to read; - is the standard input")->required();
 
     CLI::App& exported =
-        line.command(line.app, "export", "Writes all users and their meetings as JSON, without passwords",
+        line.command(line.app, "export", "Writes all users and what is theirs as JSON, without passwords",
                      [&line, name] { exportStore(line, *name); });
     exported.footer("  tessera office.db export --output office.json");
     exported.add_option("--output", *name, "The file to write; without it they are printed");

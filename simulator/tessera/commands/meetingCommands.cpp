@@ -10,6 +10,7 @@
 #include "tessera/commands/ArgumentError.h"
 #include "tessera/commands/Table.h"
 #include "tessera/commands/TesseraCommandLine.h"
+#include "tessera/commands/documentChoice.h"
 #include "tessera/commands/readings.h"
 
 namespace tsr {
@@ -18,7 +19,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::size_t shortIdDigits = 8;
 constexpr std::uint32_t minutesPerDay = 1440;
 constexpr std::uint32_t maxMinutes = 366 * minutesPerDay;
 
@@ -49,17 +49,12 @@ std::vector<Entry> entries(Store& store, const User& user) {
 
 // The meeting whose identity begins with `id`.
 Entry chosenEntry(Store& store, const User& user, const std::string& id) {
-    std::optional<Entry> chosen;
-    for (const Entry& entry : entries(store, user)) {
-        if (!entry.document.unid.starts_with(id)) continue;
-        if (chosen) throw TesseraError("several meetings begin with '" + id + "'; give more digits");
-        chosen = entry;
-    }
-    if (!chosen || id.empty()) throw TesseraError("there is no meeting '" + id + "' of " + user.name);
-    return *chosen;
+    const Document document =
+        chosenDocument(store, store.mailDatabase(user.id).id, meetingKind, id, "meeting", user.name);
+    const auto meeting = toMeeting(document);
+    if (!meeting) throw TesseraError("document " + shortId(document) + " has no time");
+    return {document, *meeting};
 }
-
-std::string shortId(const Document& document) { return document.unid.substr(0, shortIdDigits); }
 
 void apply(const MeetingOptions& options, const User& user, Meeting& meeting) {
     if (options.start) meeting.start = parseMoment(*options.start, user.zone);

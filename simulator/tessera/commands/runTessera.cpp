@@ -15,7 +15,7 @@ constexpr int wrongArguments = 2;
 
 const char* const description = R"(A Tessera Server in one file.
 
-The file keeps users with their calendars and mail; 'serve' answers handhelds from it, and the other
+The file keeps users with their calendars, journals and mail; 'serve' answers handhelds from it, and the other
 commands look into it and change it, also while it is being served. Begin with
   tessera office.db user add "Pat Lee" --zone Europe/Berlin --password-file secret.txt
   tessera office.db add meeting --user "Pat Lee" --start "2026-11-23 10:00" --minutes 60 --subject Lunch
@@ -37,13 +37,14 @@ void addGroup(CLI::App& app, const std::string& name, const std::string& purpose
 void addCommands(TesseraCommandLine& line) {
     addServeCommand(line);
     addGroup(line.app, "user", "Adds, edits, deletes and lists users");
-    addGroup(line.app, "list", "Lists users or meetings");
-    addGroup(line.app, "show", "Shows one user or meeting");
-    addGroup(line.app, "add", "Adds a meeting");
-    addGroup(line.app, "edit", "Changes a meeting");
-    addGroup(line.app, "delete", "Deletes a meeting");
+    addGroup(line.app, "list", "Lists users, meetings or memos");
+    addGroup(line.app, "show", "Shows one user, meeting or memo");
+    addGroup(line.app, "add", "Adds a meeting or a memo");
+    addGroup(line.app, "edit", "Changes a meeting or a memo");
+    addGroup(line.app, "delete", "Deletes a meeting or a memo");
     addUserCommands(line);
     addMeetingCommands(line);
+    addMemoCommands(line);
     addTesseraFileCommands(line);
 }
 

@@ -20,6 +20,7 @@ struct ServeOptions {
     std::string portFile;
     std::string clock;
     std::size_t maxConnections = TcpServer::defaultMaxConnections;
+    FaultOrders faults;
 };
 
 std::int64_t systemClock() {
@@ -48,6 +49,7 @@ void serve(const TesseraCommandLine& line, const ServeOptions& options) {
     const TesseraService::Clock clock = chosenClock(options.clock);
     Store store = line.makeStore();
     TesseraService service(store, clock);
+    service.orderFaults(options.faults);
     const StopSignals signals;
     TcpServer server(service, options.address, options.port, options.maxConnections);
     server.start();
@@ -56,6 +58,16 @@ void serve(const TesseraCommandLine& line, const ServeOptions& options) {
     signals.wait();
     server.stop();
     line.out << "stopped" << std::endl;
+}
+
+void addFaultOption(CLI::App& command, const std::string& name, std::set<std::uint64_t>& numbers,
+                    const std::string& description) {
+    command.add_option(name, numbers, description)
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000}))
+        ->group("Faults");
 }
 
 } // namespace
@@ -81,6 +93,12 @@ void addServeCommand(TesseraCommandLine& line) {
     command.add_option("--max-connections", options->maxConnections, "Further clients wait until one leaves")
         ->check(CLI::Range(1, 10000))
         ->capture_default_str();
+    addFaultOption(command, "--refuse-item", options->faults.refusedItems,
+                   "Refuse the item that is the Nth to be sent; it may be several: 1,3");
+    addFaultOption(command, "--fail-request", options->faults.failedRequests,
+                   "Answer the Nth request with an error");
+    addFaultOption(command, "--lose-answer", options->faults.lostAnswers,
+                   "Carry out the Nth request and close the connection without an answer");
 }
 
 } // namespace tsr

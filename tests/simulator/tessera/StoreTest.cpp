@@ -114,13 +114,17 @@ TEST_F(StoreTest, DeletesAUserWithAllThatIsHis) {
     EXPECT_THROW(store.passwordHash(ann.id), TesseraError);
 }
 
-TEST_F(StoreTest, GivesEachUserAMailDatabase) {
+TEST_F(StoreTest, GivesEachUserADatabaseOfEachKind) {
     const UserDatabase ann = store.mailDatabase(add("Ann").id);
     const UserDatabase bob = store.mailDatabase(add("Bob").id);
     EXPECT_EQ(ann.dbid.size(), 16u);
     EXPECT_EQ(ann.dbid.find_first_not_of("0123456789abcdef"), std::string::npos);
     EXPECT_NE(ann.dbid, bob.dbid);
     EXPECT_EQ(ann.title, "Mail of Ann");
+    const UserDatabase journal = store.database(store.findUser("Ann")->id, "journal");
+    EXPECT_EQ(journal.title, "Journal of Ann");
+    EXPECT_NE(journal.dbid, ann.dbid);
+    EXPECT_THROW(store.database(store.findUser("Ann")->id, "cellar"), TesseraError);
 }
 
 TEST_F(StoreTest, NumbersTheVersionsOfADocument) {
@@ -155,6 +159,37 @@ TEST_F(StoreTest, ListsDocumentsOfOneKind) {
     ASSERT_EQ(documents.size(), 2u);
     EXPECT_EQ(documents[0].unid, first.unid);
     EXPECT_EQ(documents[1].unid, second.unid);
+}
+
+TEST_F(StoreTest, ListsVersionsOfOneKind) {
+    const UserDatabase mail = store.mailDatabase(add("Ann").id);
+    const Document first = store.addDocument(mail.id, "calendar", {{"a", {"b"}}});
+    store.addDocument(mail.id, "mail", {});
+    const Document second = store.addDocument(mail.id, "calendar", {});
+    store.changeDocument(mail.id, first.unid, {});
+    const auto versions = store.versions(mail.id, "calendar");
+    ASSERT_EQ(versions.size(), 2u);
+    EXPECT_EQ(versions[0].unid, first.unid);
+    EXPECT_EQ(versions[0].sequence, 2u);
+    EXPECT_EQ(versions[1].unid, second.unid);
+}
+
+TEST_F(StoreTest, KnowsUnconfirmedDocumentsByWhatWasSent) {
+    const UserDatabase mail = store.mailDatabase(add("Ann").id);
+    const Properties properties{{"a", {"b", "c"}}};
+    const std::string first = store.addUnconfirmed(mail.id, "calendar", properties).unid;
+    const std::string second = store.addUnconfirmed(mail.id, "calendar", {{"a", {"b"}}, {"c", {""}}}).unid;
+    store.addDocument(mail.id, "calendar", properties);
+    store.changeDocument(mail.id, first, {});
+    EXPECT_EQ(store.unconfirmed(mail.id, "calendar", properties), std::vector{first});
+    EXPECT_TRUE(store.unconfirmed(mail.id, "mail", properties).empty());
+    EXPECT_TRUE(store.unconfirmed(mail.id, "calendar", {{"a", {"c", "b"}}}).empty());
+    EXPECT_TRUE(store.unconfirmed(mail.id, "calendar", {}).empty());
+    EXPECT_EQ(store.unconfirmed(mail.id, "calendar").size(), 2u);
+    store.confirm(mail.id, first);
+    EXPECT_EQ(store.unconfirmed(mail.id, "calendar"), std::vector{second});
+    store.deleteDocument(mail.id, second);
+    EXPECT_TRUE(store.unconfirmed(mail.id, "calendar").empty());
 }
 
 TEST_F(StoreTest, RecordsDeletionsAndUsesNoIdentityAgain) {
@@ -207,10 +242,27 @@ TEST_F(StoreFileTest, OutlivesTheProgram) {
     EXPECT_EQ(store.passwordHash(store.findUser("Ann")->id), "hash");
 }
 
+TEST_F(StoreFileTest, SkipsTheNumbersThatHandheldsTakeForNone) {
+    Store store(file);
+    store.addUser(named("Ann"), "");
+    const UserDatabase mail = store.mailDatabase(store.findUser("Ann")->id);
+    const std::string unid = store.addDocument(mail.id, "calendar", {}).unid;
+    const std::pair<std::uint32_t, std::uint32_t> rows[] = {
+        {65534, 65535}, {65535, 65537}, {65537, 65538}, {131071, 131073}};
+    for (const auto& [before, after] : rows) {
+        SqliteDatabase(file).execute("UPDATE document SET sequence = " + std::to_string(before));
+        EXPECT_EQ(store.changeDocument(mail.id, unid, {}).sequence, after);
+    }
+}
+
 TEST_F(StoreFileTest, IsForItsOwnerAlone) {
-    const Store store(file);
+    Store store(file);
+    store.addUser(named("Ann"), "hash");
     using std::filesystem::perms;
-    EXPECT_EQ(std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
+    for (const std::string& name : {file, file + "-wal", file + "-shm"}) {
+        EXPECT_EQ(std::filesystem::status(name).permissions(), perms::owner_read | perms::owner_write)
+            << name;
+    }
 }
 
 TEST_F(StoreFileTest, RefusesAFileThatIsNoDatabase) {
@@ -223,7 +275,7 @@ TEST_F(StoreFileTest, RefusesAFileThatIsNoDatabase) {
 TEST_F(StoreFileTest, RefusesTheDatabaseOfAnotherProgram) {
     SqliteDatabase(file).execute("CREATE TABLE recipe (name TEXT)");
     EXPECT_THROW(Store{file}, TesseraError);
-    SqliteDatabase(file).execute("PRAGMA user_version = 2");
+    SqliteDatabase(file).execute("PRAGMA user_version = 3");
     EXPECT_THROW(Store{file}, TesseraError);
 }
 

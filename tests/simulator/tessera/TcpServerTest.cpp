@@ -132,7 +132,15 @@ TEST_F(TcpServerTest, TakesLongFramesOnceTheUserIsKnown) {
     EXPECT_EQ(resultOf(client.ask(requestFrame(7, {std::string(1'000'000, 'x')}))),
               "0003"); // read whole, not served
     EXPECT_EQ(resultOf(client.ask(getTimeZone)), "0000");
-    EXPECT_EQ(resultOf(client.ask(wide("167772180007"))), "0001"); // one unit above the limit
+}
+
+TEST_F(TcpServerTest, ClosesTheConnectionInThePlaceOfALostAnswer) {
+    service.orderFaults({.lostAnswers = {2}});
+    RawClient client(server->port());
+    EXPECT_EQ(resultOf(client.ask(findUserName)), "0000");
+    client.send(findUserName);
+    EXPECT_TRUE(client.isClosed());
+    expectServed();
 }
 
 TEST_F(TcpServerTest, OutlivesClientsThatResetTheirConnection) {

@@ -15,6 +15,7 @@
 
 #include "RawClient.h"
 #include "tessera/Meeting.h"
+#include "tessera/Memo.h"
 #include "tessera/Store.h"
 #include "tessera/passwords.h"
 
@@ -69,6 +70,12 @@ protected:
         return out.substr(std::string("added meeting ").size(), 8);
     }
 
+    std::string addMemo(std::vector<std::string> arguments, const std::string& input = "") {
+        arguments.insert(arguments.begin(), {"add", "memo", "--user", "Ann"});
+        EXPECT_EQ(run(arguments, input), 0) << err;
+        return out.substr(std::string("added memo ").size(), 8);
+    }
+
     std::string writeFile(const std::string& name, const std::string& text) const {
         std::ofstream(folder + "/" + name) << text;
         return folder + "/" + name;
@@ -106,6 +113,8 @@ TEST_F(RunTesseraTest, RefusesWrongArguments) {
     expectFailure(2, {"serve", "--port", "65536"}, "--port");
     expectFailure(2, {"serve", "--clock", "noon"}, "'noon' is not a date and time");
     expectFailure(2, {"serve", "--max-connections", "0"}, "--max-connections");
+    expectFailure(2, {"serve", "--fail-request", "1,x"}, "--fail-request");
+    expectFailure(2, {"serve", "--lose-answer", "0"}, "--lose-answer");
     EXPECT_FALSE(std::filesystem::exists(file));
 }
 
@@ -278,14 +287,85 @@ TEST_F(RunTesseraTest, RefusesMeetings) {
     EXPECT_EQ(nlohmann::json::parse(out).size(), 1u);
 }
 
+TEST_F(RunTesseraTest, AddsEditsListsAndDeletesMemos) {
+    addUser("Ann");
+    const std::string shopping =
+        addMemo({"--subject", "Shopping", "--body", "Milk", "--category", "Home", "--category", "Shops"});
+    const std::string minutes = addMemo({"--subject", "Minutes", "--file", writeFile("text", "one\ntwo\n")});
+    const std::string notes = addMemo({"--subject", "Notes", "--file", "-"}, "typed");
+    EXPECT_EQ(run({"list", "memos", "--user", "Ann"}), 0);
+    EXPECT_EQ(out, "ID        SUBJECT   CATEGORIES\n"           //
+                       + shopping + "  Shopping  Home, Shops\n" //
+                       + minutes + "  Minutes   \n"             //
+                       + notes + "  Notes     \n");
+    EXPECT_EQ(run({"show", "memo", minutes, "--user", "Ann"}), 0);
+    EXPECT_THAT(out, HasSubstr("Subject     Minutes\nCategories  \n\none\ntwo\n"));
+
+    EXPECT_EQ(run({"edit", "memo", "--user", "Ann", "--category", "Weekly", notes}), 0) << err;
+    EXPECT_EQ(run({"show", "memo", notes, "--user", "Ann", "--json"}), 0);
+    auto memo = nlohmann::json::parse(out);
+    EXPECT_EQ(memo["sequence"], 2);
+    EXPECT_EQ(memo["subject"], "Notes");
+    EXPECT_EQ(memo["body"], "typed");
+    EXPECT_EQ(memo["categories"], nlohmann::json::array({"Weekly"}));
+    EXPECT_EQ(run({"edit", "memo", "--user", "Ann", "--no-category", "--body", "", notes}), 0) << err;
+    EXPECT_EQ(run({"list", "memos", "--user", "Ann", "--json"}), 0);
+    memo = nlohmann::json::parse(out)[2];
+    EXPECT_EQ(memo["sequence"], 3);
+    EXPECT_EQ(memo["body"], "");
+    EXPECT_EQ(memo["categories"], nlohmann::json::array());
+
+    EXPECT_EQ(run({"delete", "memo", minutes, "--user", "Ann"}), 0);
+    EXPECT_EQ(out, "deleted memo " + minutes + "\n");
+    Store store(file);
+    const UserDatabase journal = store.database(store.findUser("Ann")->id, "journal");
+    EXPECT_EQ(store.documents(journal.id, memoKind).size(), 2u);
+    EXPECT_EQ(store.deletedUnids(journal.id).size(), 1u);
+}
+
+TEST_F(RunTesseraTest, RefusesMemos) {
+    addUser("Ann");
+    const std::string id = addMemo({"--subject", "Shopping"});
+    expectFailure(2, {"add", "memo", "--user", "Ann"}, "--subject is required");
+    expectFailure(2, {"add", "memo", "--user", "Ann", "--subject", "a", "--body", "b", "--file", "c"},
+                  "excludes");
+    expectFailure(2, {"edit", "memo", "--user", "Ann", id, "--category", "a", "--no-category"}, "excludes");
+    expectFailure(1, {"add", "memo", "--user", "Ann", "--subject", "a", "--file", folder + "/none"},
+                  "cannot read");
+    expectFailure(1, {"add", "memo", "--user", "Ann", "--subject", "a\nb"},
+                  "the subject of a memo is one line");
+    expectFailure(1, {"add", "memo", "--user", "Ann", "--subject", "\xFC"}, "UTF-8");
+    expectFailure(1, {"add", "memo", "--user", "Eve", "--subject", "a"}, "there is no user 'Eve'");
+    expectFailure(1, {"show", "memo", "zzzz", "--user", "Ann"}, "there is no memo 'zzzz' of Ann");
+    expectFailure(1, {"edit", "memo", "", "--user", "Ann"}, "there is no memo '' of Ann");
+    EXPECT_EQ(run({"list", "memos", "--user", "Ann", "--json"}), 0);
+    EXPECT_EQ(nlohmann::json::parse(out).size(), 1u);
+}
+
+TEST_F(RunTesseraTest, AsksForMoreDigitsWhenSeveralMemosBeginWithThem) {
+    addUser("Ann");
+    // Of seventeen identities two have the same first digit.
+    std::string digits;
+    std::string twice;
+    while (twice.empty()) {
+        const char digit = addMemo({"--subject", "a"}).front();
+        if (digits.find(digit) != std::string::npos) twice = digit;
+        digits += digit;
+    }
+    expectFailure(1, {"show", "memo", twice, "--user", "Ann"},
+                  "several memos begin with '" + twice + "'; give more digits");
+}
+
 TEST_F(RunTesseraTest, ExportsWhatItImports) {
     addUser("Ann");
     addMeeting("Ann", "2026-11-23 12:00", "M\xC3\xBCller");
+    addMemo({"--subject", "Shopping", "--body", "Milk\nBread", "--category", "Home"});
     const std::string exported = folder + "/office.json";
     EXPECT_EQ(run({"export", "--output", exported}), 0);
     EXPECT_EQ(run({"export"}), 0);
     const std::string text = out;
     EXPECT_THAT(text, HasSubstr("\"start\": \"2026-11-23T11:00:00Z\""));
+    EXPECT_THAT(text, HasSubstr("\"body\": \"Milk\\nBread\""));
     EXPECT_THAT(text, Not(HasSubstr("argon2"))); // no hash leaves the store
 
     std::filesystem::remove(file);
@@ -320,6 +400,8 @@ TEST_F(RunTesseraTest, ImportsAllOrNothing) {
         R"({"users": [{"name": "Bob", "meetings": [{"minutes": 60}]}]})",
         R"({"users": [{"name": "Bob", "meetings": [{"start": "2026-11-23", "minutes": -1}]}]})",
         R"({"users": [{"name": "Bob", "meetings": [{"start": "soon", "minutes": 1}]}]})",
+        R"({"users": [{"name": "Bob", "memos": [{"subject": "a\nb"}]}]})",
+        R"({"users": [{"name": "Bob", "memos": [{"categories": "Home"}]}]})",
         R"({"users": [{"name": "Bob", "meetings": [{"start": "2026-11-23", "minutes": 1, "subject": "a\u0000b"}]}]})",
     };
     for (const char* text : rows) {
@@ -365,9 +447,9 @@ TEST_F(RunTesseraTest, ServesUntilItIsToldToTerminate) {
         std::istringstream in;
         std::ostream outStream(&output);
         std::ostringstream errStream;
-        status = runTessera(
-            {file, "serve", "--port", "0", "--port-file", folder + "/port", "--clock", "2026-11-23"}, in,
-            outStream, errStream);
+        status = runTessera({file, "serve", "--port", "0", "--port-file", folder + "/port", "--clock",
+                             "2026-11-23", "--fail-request", "4,9", "--lose-answer", "5"},
+                            in, outStream, errStream);
         EXPECT_EQ(errStream.str(), "");
     });
     const std::string line = output.firstLine();
@@ -383,6 +465,8 @@ TEST_F(RunTesseraTest, ServesUntilItIsToldToTerminate) {
         // 2026-11-23 is a Monday, 08:00 UTC on it 1069574400 seconds after the start of 1993; in Berlin it is
         // 09:00.
         EXPECT_EQ(bodyOf(client.ask(requestFrame(122, {"1", "Ann"}))), "1069574400/60/1069581600/360/");
+        EXPECT_EQ(resultOf(client.ask(requestFrame(7, {}))), "0008");
+        EXPECT_EQ(resultOf(client.ask(requestFrame(7, {}))), "closed");
     }
     ::pthread_kill(server.native_handle(), SIGTERM);
     server.join();

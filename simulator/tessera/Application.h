@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+#include "server/commands.h"
+
+namespace tsr {
+
+// What tells the replication requests of one handheld application from those of another.
+struct Application {
+    const char* databaseKind; // where its documents are kept: one database a user
+    const char* documentKind; // and what they are called there
+    ApplicationCommands commands;
+    std::size_t infoStrings = 0;    // of the replication information, between the rule and the known items
+    std::size_t itemStrings = 0;    // of an item sent, between its identity and its properties
+    bool countsDeletions = false;   // the answer to the deletions begins with their number
+    bool tellsReplacedUnid = false; // the answer to an anomaly names the replaced identity before the new one
+};
+
+// Those that are served, besides mail, whose requests have forms of their own.
+std::span<const Application> applications();
+
+} // namespace tsr

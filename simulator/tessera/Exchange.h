@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "tessera/DocumentVersion.h"
+#include "tessera/ItemName.h"
+
+namespace tsr {
+
+// What becomes of an item that was changed on both sides.
+enum class ConflictRule {
+    KeepHandheld, // its version replaces that of Notes
+    KeepNotes,    // the other way round
+    KeepBoth      // Notes keeps its version, and that of the handheld becomes a new document
+};
+
+// An item as the handheld lists it.
+struct KnownItem {
+    ItemName name;
+    std::uint32_t sequence = 0; // of the document when it was last exchanged, 0 for an item that was reset
+    bool modified = false;      // since then, on the handheld
+};
+
+// What is to move between one database and a handheld. What changes meanwhile is the next exchange's.
+struct Exchange {
+    std::vector<ItemName> wanted{};       // from the handheld
+    std::vector<ItemName> anomalies{};    // also from the handheld, to become new documents
+    std::vector<ItemName> deleted{};      // in Notes
+    std::vector<std::string> toReceive{}; // Unids; documents with an anomaly join once that has come
+    std::unordered_map<std::string, std::uint32_t> guarded{}; // Unid to the only version that may be replaced
+    std::vector<bool> anomalyOutstanding{};                   // in the order of `anomalies`
+};
+
+// Works out what the handheld that knows `known` and the documents of the database `dbid` are missing from
+// each other. An item listed twice counts once. Everything to receive keeps the order of the documents, the
+// rest that of the list. Only rules that keep versions of Notes guard them.
+Exchange compare(const std::vector<KnownItem>& known, const std::string& dbid,
+                 const std::vector<DocumentVersion>& documents, ConflictRule rule);
+
+} // namespace tsr

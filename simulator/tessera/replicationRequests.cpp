@@ -1,0 +1,305 @@
+#include "tessera/replicationRequests.h"
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_set>
+
+#include "tessera/RequestRefused.h"
+
+namespace tsr {
+
+namespace {
+
+constexpr std::size_t stringsPerKnownItem = 4;
+constexpr std::size_t maxQuoted = 100;
+constexpr std::uint32_t firstSequence = 1;
+
+using Handler = std::vector<std::string> (*)(const Application&, const RequestContext&);
+using List = std::vector<ItemName> Exchange::*;
+
+const ItemName newItem{std::string(16, '0'), std::string(32, '0')};
+
+UserDatabase databaseOf(const Application& application, const RequestContext& context) {
+    return context.store.database(context.user().id, application.databaseKind);
+}
+
+Exchange& exchangeOf(const Application& application, const RequestContext& context) {
+    Exchange* const exchange = context.session.exchanges.find(application, context.strings[0]);
+    if (exchange == nullptr) {
+        throw RequestRefused(ResultCode::NotFound, "There is no replication " + context.quoted(0) + ".");
+    }
+    return *exchange;
+}
+
+// The document of this application in the user's own database.
+std::optional<Document> findDocument(const Application& application, const RequestContext& context,
+                                     const UserDatabase& database, const ItemName& name) {
+    if (name.dbid != database.dbid) return std::nullopt;
+    auto document = context.store.findDocument(database.id, name.unid);
+    if (document && document->kind != application.documentKind) return std::nullopt;
+    return document;
+}
+
+[[noreturn]] void raiseNoDocument(const std::string& unid) {
+    throw RequestRefused(ResultCode::NotFound, "There is no document '" + unid.substr(0, maxQuoted) + "'.");
+}
+
+// "C" is the client's advantage, "S" the server's.
+ConflictRule conflictRule(const Application& application, const RequestContext& context) {
+    const std::string& text = context.strings[1];
+    if (text == "C") return ConflictRule::KeepHandheld;
+    if (text != "S") {
+        throw RequestRefused(ResultCode::BadRequest, context.quoted(1) + " is not a conflict rule.");
+    }
+    return application.commands.sendAnomaly == 0 ? ConflictRule::KeepNotes : ConflictRule::KeepBoth;
+}
+
+// Four strings: database, document, sequence number, and that number once more, or raised by one for an item
+// that was modified.
+KnownItem knownItem(const RequestContext& context, std::size_t index) {
+    const std::uint32_t sequence = context.number(index + 2);
+    const std::uint32_t raised = context.number(index + 3);
+    if (raised != sequence && raised != sequence + 1) {
+        throw RequestRefused(ResultCode::BadRequest, context.quoted(index + 3) + " does not follow "
+                                                         + context.quoted(index + 2)
+                                                         + " as a sequence number.");
+    }
+    return {{context.strings[index], context.strings[index + 1]}, sequence, raised != sequence};
+}
+
+// What the handheld lists it has noted, unless it came in this session: then it may still forget it.
+void confirmKnown(const Application& application, const RequestContext& context, const UserDatabase& database,
+                  const std::vector<KnownItem>& known) {
+    const auto unconfirmed = context.store.unconfirmed(database.id, application.documentKind);
+    if (unconfirmed.empty()) return;
+    std::unordered_set<std::string_view> unids;
+    for (const KnownItem& item : known) unids.insert(item.name.unid);
+    SqliteTransaction transaction = context.store.transaction();
+    for (const std::string& unid : unconfirmed) {
+        const bool isNew = context.session.newDocuments.contains({database.id, unid});
+        if (!isNew && unids.contains(unid)) context.store.confirm(database.id, unid);
+    }
+    transaction.commit();
+}
+
+// The device's time, the conflict rule, the strings of the application, then the known items. Answered with
+// the token under which the lists are asked for.
+std::vector<std::string> takeReplicationInfo(const Application& application, const RequestContext& context) {
+    const std::size_t first = 2 + application.infoStrings;
+    context.expectAtLeast(first);
+    context.number(0);
+    const ConflictRule rule = conflictRule(application, context);
+    if ((context.strings.size() - first) % stringsPerKnownItem != 0) {
+        throw RequestRefused(ResultCode::BadRequest, "The last item of the replication list is incomplete.");
+    }
+    std::vector<KnownItem> known;
+    known.reserve((context.strings.size() - first) / stringsPerKnownItem);
+    for (std::size_t i = first; i < context.strings.size(); i += stringsPerKnownItem) {
+        known.push_back(knownItem(context, i));
+    }
+    const UserDatabase database = databaseOf(application, context);
+    confirmKnown(application, context, database, known);
+    const auto versions = context.store.versions(database.id, application.documentKind);
+    return {context.session.exchanges.add(application, compare(known, database.dbid, versions, rule))};
+}
+
+template <List list>
+std::vector<std::string> countItems(const Application& application, const RequestContext& context) {
+    context.expectStrings(1);
+    return {std::to_string((exchangeOf(application, context).*list).size())};
+}
+
+std::vector<std::string> countToReceive(const Application& application, const RequestContext& context) {
+    context.expectStrings(1);
+    return {std::to_string(exchangeOf(application, context).toReceive.size())};
+}
+
+// The token, the position of the first item and the most items that are asked for. Answered with the number
+// of the items that follow, then their pairs.
+template <List list>
+std::vector<std::string> fetchItems(const Application& application, const RequestContext& context) {
+    context.expectStrings(3);
+    const std::vector<ItemName>& items = exchangeOf(application, context).*list;
+    const std::size_t start = std::min<std::size_t>(context.number(1), items.size());
+    const std::size_t count = std::min<std::size_t>(context.number(2), items.size() - start);
+    std::vector<std::string> strings{std::to_string(count)};
+    for (std::size_t i = start; i < start + count; ++i) {
+        strings.push_back(items[i].dbid);
+        strings.push_back(items[i].unid);
+    }
+    return strings;
+}
+
+// The token, the position of the item, and how many are asked for, which is one. Answered with properties;
+// the three that make up the item's version come last, where they prevail over others of their names.
+std::vector<std::string> giveItem(const Application& application, const RequestContext& context) {
+    context.expectStrings(3);
+    const Exchange& exchange = exchangeOf(application, context);
+    const std::uint32_t position = context.number(1);
+    if (position >= exchange.toReceive.size()) {
+        throw RequestRefused(ResultCode::NotFound, "There is no item " + context.quoted(1) + " to receive.");
+    }
+    if (context.number(2) != 1) {
+        throw RequestRefused(ResultCode::BadRequest, "Items are received one by one.");
+    }
+    const UserDatabase database = databaseOf(application, context);
+    const std::string& unid = exchange.toReceive[position];
+    const auto document = findDocument(application, context, database, {database.dbid, unid});
+    if (!document) raiseNoDocument(unid);
+    std::vector<std::string> strings;
+    for (const auto& [name, values] : document->properties) {
+        for (const std::string& value : values) strings.push_back(name + "=" + value);
+    }
+    strings.push_back("DBID=" + database.dbid);
+    strings.push_back("UNID=" + unid);
+    strings.push_back("SeqNum=" + std::to_string(document->sequence));
+    return strings;
+}
+
+// Names that begin with '#' are the client's notes to itself.
+Properties sentProperties(const RequestContext& context, std::size_t first) {
+    Properties properties;
+    for (std::size_t i = first; i < context.strings.size(); ++i) {
+        const std::string& text = context.strings[i];
+        const std::size_t end = text.find('=');
+        if (end == std::string::npos || end == 0) {
+            throw RequestRefused(ResultCode::BadRequest, context.quoted(i) + " is not a property.");
+        }
+        if (text.front() != '#') properties[text.substr(0, end)].push_back(text.substr(end + 1));
+    }
+    return properties;
+}
+
+// A document for what the handheld sends as new. When a session breaks off, the handheld forgets what it was
+// told in it and sends the same once more in the next; it is answered as before, with the version of then.
+DocumentVersion newDocument(const Application& application, const RequestContext& context,
+                            const UserDatabase& database, const Properties& properties) {
+    auto& newDocuments = context.session.newDocuments;
+    for (const std::string& unid :
+         context.store.unconfirmed(database.id, application.documentKind, properties)) {
+        if (newDocuments.emplace(database.id, unid).second) return {unid, firstSequence};
+    }
+    const Document added = context.store.addUnconfirmed(database.id, application.documentKind, properties);
+    newDocuments.emplace(database.id, added.unid);
+    return {added.unid, added.sequence};
+}
+
+void raiseIfChanged(const Exchange& exchange, const Document& document) {
+    const auto guarded = exchange.guarded.find(document.unid);
+    if (guarded == exchange.guarded.end() || guarded->second == document.sequence) return;
+    throw RequestRefused(ResultCode::ItemRefused, "The document was changed in Notes meanwhile.");
+}
+
+// The token, database, document, the strings of the application, and the properties. Without an identity it
+// is a new item. Answered with database, document and sequence number.
+std::vector<std::string> takeItem(const Application& application, const RequestContext& context) {
+    const std::size_t first = 3 + application.itemStrings;
+    context.expectAtLeast(first);
+    context.countItem();
+    const Properties properties = sentProperties(context, first);
+    const ItemName name{context.strings[1], context.strings[2]};
+    const UserDatabase database = databaseOf(application, context);
+    if (name == newItem) {
+        const DocumentVersion added = newDocument(application, context, database, properties);
+        return {database.dbid, added.unid, std::to_string(added.sequence)};
+    }
+    Exchange& exchange = exchangeOf(application, context);
+    const auto document = findDocument(application, context, database, name);
+    if (!document) raiseNoDocument(name.unid);
+    raiseIfChanged(exchange, *document);
+    const Document changed = context.store.changeDocument(database.id, name.unid, properties);
+    if (const auto guarded = exchange.guarded.find(name.unid); guarded != exchange.guarded.end()) {
+        guarded->second = changed.sequence; // by the handheld, which may replace it once more
+    }
+    return {database.dbid, changed.unid, std::to_string(changed.sequence)};
+}
+
+std::size_t outstandingAnomaly(const Exchange& exchange, const ItemName& name) {
+    const auto found = std::find(exchange.anomalies.begin(), exchange.anomalies.end(), name);
+    const auto index = static_cast<std::size_t>(found - exchange.anomalies.begin());
+    if (found == exchange.anomalies.end() || !exchange.anomalyOutstanding[index]) {
+        throw RequestRefused(ResultCode::NotFound, "No anomaly of the document '"
+                                                       + name.unid.substr(0, maxQuoted) + "' was asked for.");
+    }
+    return index;
+}
+
+// The token, database, document, "0", and the properties. The client moves its record to the new document, so
+// that the one of Notes is unknown to it from now on and is to be received. Not before: a client that
+// couldn't send its version would lose it to the one that it receives. When both versions are equal, as they
+// are when the handheld's came in a session that broke off, there is no new document.
+std::vector<std::string> takeAnomaly(const Application& application, const RequestContext& context) {
+    constexpr std::size_t first = 4;
+    context.expectAtLeast(first);
+    context.countItem();
+    const Properties properties = sentProperties(context, first);
+    const ItemName name{context.strings[1], context.strings[2]};
+    Exchange& exchange = exchangeOf(application, context);
+    const std::size_t index = outstandingAnomaly(exchange, name);
+    const UserDatabase database = databaseOf(application, context);
+    const auto kept = findDocument(application, context, database, name);
+    DocumentVersion version;
+    if (kept && kept->properties == properties) {
+        version = {kept->unid, kept->sequence};
+    } else {
+        version = newDocument(application, context, database, properties);
+        exchange.toReceive.push_back(name.unid);
+    }
+    exchange.anomalyOutstanding[index] = false;
+    std::vector<std::string> strings{database.dbid};
+    if (application.tellsReplacedUnid) strings.push_back(name.unid);
+    strings.push_back(version.unid);
+    strings.push_back(std::to_string(version.sequence));
+    return strings;
+}
+
+// Pairs of database and document. All of them are gone behind it, so that all are answered: of what isn't
+// there, nothing is left to delete.
+std::vector<std::string> takeDeletions(const Application& application, const RequestContext& context) {
+    if (context.strings.size() % 2 != 0) {
+        throw RequestRefused(ResultCode::BadRequest, "The last deletion has no document.");
+    }
+    const UserDatabase database = databaseOf(application, context);
+    SqliteTransaction transaction = context.store.transaction();
+    for (std::size_t i = 0; i < context.strings.size(); i += 2) {
+        const ItemName name{context.strings[i], context.strings[i + 1]};
+        if (findDocument(application, context, database, name)) {
+            context.store.deleteDocument(database.id, name.unid);
+        }
+    }
+    transaction.commit();
+    std::vector<std::string> strings;
+    if (application.countsDeletions) strings.push_back(std::to_string(context.strings.size() / 2));
+    strings.insert(strings.end(), context.strings.begin(), context.strings.end());
+    return strings;
+}
+
+} // namespace
+
+std::vector<Route> replicationRoutes(const Application& application) {
+    const ApplicationCommands& commands = application.commands;
+    const std::pair<std::uint32_t, Handler> handlers[] = {
+        {commands.sendReplicationInfo, takeReplicationInfo},
+        {commands.countAnomalies, countItems<&Exchange::anomalies>},
+        {commands.fetchAnomalies, fetchItems<&Exchange::anomalies>},
+        {commands.countDeleted, countItems<&Exchange::deleted>},
+        {commands.fetchDeleted, fetchItems<&Exchange::deleted>},
+        {commands.countWanted, countItems<&Exchange::wanted>},
+        {commands.fetchWanted, fetchItems<&Exchange::wanted>},
+        {commands.countToReceive, countToReceive},
+        {commands.receiveItem, giveItem},
+        {commands.sendAnomaly, takeAnomaly},
+        {commands.sendItem, takeItem},
+        {commands.sendDeletions, takeDeletions},
+    };
+    std::vector<Route> routes;
+    for (const auto& [code, handler] : handlers) {
+        if (code == 0) continue;
+        routes.push_back({code, false, [&application, handler](const RequestContext& context) {
+                              return handler(application, context);
+                          }});
+    }
+    return routes;
+}
+
+} // namespace tsr

@@ -1,0 +1,124 @@
+#include "tessera/Application.h"
+
+#include <set>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tessera/RequestRefused.h"
+#include "tessera/replicationRequests.h"
+
+namespace tsr {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const std::string noDbid(16, '0');
+const std::string noUnid(32, '0');
+
+// Everything that a table can say, over the journal: two strings before the known items, four before the
+// properties, and longer answers.
+const Application cards{.databaseKind = "journal",
+                        .documentKind = "card",
+                        .commands = addressCommands,
+                        .infoStrings = 2,
+                        .itemStrings = 4,
+                        .countsDeletions = true,
+                        .tellsReplacedUnid = true};
+
+// Without anomalies.
+const Application tasks{.databaseKind = "journal",
+                        .documentKind = "task",
+                        .commands = toDoCommands,
+                        .infoStrings = 2,
+                        .itemStrings = 2};
+
+class ApplicationsTest : public ::testing::Test {
+protected:
+    ApplicationsTest() {
+        User user;
+        user.name = "Ann";
+        store.addUser(user, "");
+        session.userId = store.findUser("Ann")->id;
+        journal = store.database(*session.userId, "journal");
+    }
+
+    std::vector<std::string> ask(const Application& application, std::uint32_t code,
+                                 const std::vector<std::string>& strings) {
+        for (const Route& route : replicationRoutes(application)) {
+            if (route.code == code) return route.answer({store, session, 0, strings, faults});
+        }
+        throw std::runtime_error("no such request");
+    }
+
+    Store store = Store::inMemory();
+    SessionState session;
+    FaultPlan faults;
+    UserDatabase journal;
+};
+
+TEST_F(ApplicationsTest, TakesItemsBehindTheStringsOfTheApplication) {
+    const auto strings = ask(cards, 33, {"", noDbid, noUnid, "", "", "", "", "FullName=Pat"});
+    const auto documents = store.documents(journal.id, "card");
+    ASSERT_EQ(documents.size(), 1u);
+    EXPECT_THAT(strings, ElementsAre(journal.dbid, documents[0].unid, "1"));
+    EXPECT_EQ(documents[0].properties, (Properties{{"FullName", {"Pat"}}}));
+    EXPECT_THROW(ask(cards, 33, {"", noDbid, noUnid, "", "", ""}), RequestRefused);
+}
+
+TEST_F(ApplicationsTest, TakesKnownItemsBehindTheStringsOfTheApplication) {
+    const std::string unid = store.addDocument(journal.id, "card", {}).unid;
+    const std::string token = ask(cards, 34, {"0", "C", "", "", journal.dbid, unid, "1", "2"}).at(0);
+    EXPECT_THAT(ask(cards, 184, {token, "0", "9"}), ElementsAre("1", journal.dbid, unid));
+    EXPECT_THROW(ask(cards, 34, {"0", "C", ""}), RequestRefused);
+}
+
+TEST_F(ApplicationsTest, NamesTheReplacedDocumentOfAnAnomaly) {
+    const std::string unid = store.addDocument(journal.id, "card", {}).unid;
+    store.changeDocument(journal.id, unid, {});
+    const std::string token = ask(cards, 34, {"0", "S", "", "", journal.dbid, unid, "1", "2"}).at(0);
+    const auto strings = ask(cards, 190, {token, journal.dbid, unid, "0", "FullName=Pat"});
+    const auto documents = store.documents(journal.id, "card");
+    ASSERT_EQ(documents.size(), 2u);
+    EXPECT_THAT(strings, ElementsAre(journal.dbid, unid, documents[1].unid, "1"));
+}
+
+TEST_F(ApplicationsTest, CountsDeletions) {
+    const std::string unid = store.addDocument(journal.id, "card", {}).unid;
+    EXPECT_THAT(ask(cards, 191, {journal.dbid, unid}), ElementsAre("1", journal.dbid, unid));
+    EXPECT_THAT(ask(cards, 191, {}), ElementsAre("0"));
+}
+
+TEST_F(ApplicationsTest, KeepsNotesVersionWithoutAnomalies) {
+    const std::string unid = store.addDocument(journal.id, "task", {}).unid;
+    store.changeDocument(journal.id, unid, {{"a", {"b"}}});
+    const std::string token = ask(tasks, 172, {"0", "S", "", "", journal.dbid, unid, "1", "2"}).at(0);
+    EXPECT_THAT(ask(tasks, 170, {token}), ElementsAre("0"));
+    EXPECT_THAT(ask(tasks, 165, {token}), ElementsAre("0"));
+    EXPECT_THAT(ask(tasks, 168, {token}), ElementsAre("1"));
+    EXPECT_THAT(ask(tasks, 177, {token, "0", "1"}),
+                ElementsAre("a=b", "DBID=" + journal.dbid, "UNID=" + unid, "SeqNum=2"));
+}
+
+TEST_F(ApplicationsTest, KeepsApplicationsApart) {
+    const std::string token = ask(cards, 34, {"0", "C", "", ""}).at(0);
+    EXPECT_THROW(ask(tasks, 168, {token}), RequestRefused);
+    store.addDocument(journal.id, "task", {});
+    const std::string other = ask(cards, 34, {"0", "C", "", ""}).at(0);
+    EXPECT_THAT(ask(cards, 185, {other}), ElementsAre("0"));
+}
+
+TEST(Applications, AreServedUnderCodesOfTheirOwn) {
+    std::set<std::uint32_t> codes;
+    for (const Application& application : applications()) {
+        for (const Route& route : replicationRoutes(application)) {
+            EXPECT_TRUE(codes.insert(route.code).second) << route.code;
+            EXPECT_FALSE(route.beforeAuthentication);
+        }
+    }
+    EXPECT_EQ(codes.size(), 12u);
+}
+
+} // namespace
+} // namespace tsr
