@@ -19,12 +19,6 @@ std::uint32_t fourCharacterCode(const std::string& text) {
     return code;
 }
 
-std::string fourCharacterText(std::uint32_t code) {
-    std::string text;
-    for (int shift = 24; shift >= 0; shift -= 8) text += static_cast<char>(code >> shift & 0xFF);
-    return text;
-}
-
 HandheldDatabase* Handheld::find(const std::string& name) {
     auto found = databases.find(name);
     return found == databases.end() ? nullptr : &found->second;

@@ -13,7 +13,6 @@ namespace tsr {
 
 // "memo" as 0x6D656D6F; only the first four characters count.
 std::uint32_t fourCharacterCode(const std::string& text);
-std::string fourCharacterText(std::uint32_t code);
 
 struct VersionNumber {
     std::uint16_t major = 0;

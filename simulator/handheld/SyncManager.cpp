@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "device/fourCharacterCode.h"
 #include "handheld/remoteModule.h"
 #include "handheld/syncResult.h"
 
@@ -73,9 +74,8 @@ void SyncManager::closeAll() {
 std::int32_t SyncManager::findDbByTypeCreator(const DatabaseSearchBlock* search, DatabaseInfoBlock* found) {
     auto describe = [&] {
         if (!search) return std::string();
-        return formatted("'%s', '%s', 0x%02X", fourCharacterText(search->type).c_str(),
-                         fourCharacterText(search->creator).c_str(),
-                         static_cast<unsigned>(search->searchFlags));
+        return formatted("'%s', '%s', 0x%02X", fourCharacters(search->type).c_str(),
+                         fourCharacters(search->creator).c_str(), static_cast<unsigned>(search->searchFlags));
     };
     return calls_.run("SyncFindDbByTypeCreator", describe, [&] {
         if (!search || !found) return syncResult::badParameter;
@@ -352,8 +352,8 @@ std::int32_t SyncManager::writeDbAppInfoBlock(std::uint8_t handle, const AppInfo
 std::int32_t SyncManager::callRemoteModule(RemoteModuleBlock* block) {
     auto describe = [&] {
         if (!block) return std::string();
-        return formatted("'%s', '%s', 0x%04X", fourCharacterText(block->creator).c_str(),
-                         fourCharacterText(block->type).c_str(), unsigned{block->actionCode});
+        return formatted("'%s', '%s', 0x%04X", fourCharacters(block->creator).c_str(),
+                         fourCharacters(block->type).c_str(), unsigned{block->actionCode});
     };
     return calls_.run("SyncCallRemoteModule", describe, [&] {
         if (!block || (!block->parameter && block->parameterSize > 0)) return syncResult::badParameter;
@@ -372,8 +372,7 @@ std::int32_t SyncManager::callRemoteModule(RemoteModuleBlock* block) {
 std::int32_t SyncManager::readAppPreference(AppPreferenceBlock* block) {
     auto describe = [&] {
         if (!block) return std::string();
-        return formatted("'%s', %u", fourCharacterText(block->creator).c_str(),
-                         unsigned{block->preferenceId});
+        return formatted("'%s', %u", fourCharacters(block->creator).c_str(), unsigned{block->preferenceId});
     };
     return calls_.run("SyncReadAppPreference", describe,
                       [&] { return block ? readPreference(*block) : syncResult::badParameter; });

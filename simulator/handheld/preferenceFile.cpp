@@ -2,6 +2,7 @@
 
 #include <charconv>
 
+#include "device/fourCharacterCode.h"
 #include "handheld/HandheldError.h"
 #include "handheld/HandheldRecord.h"
 #include "handheld/fileName.h"
@@ -19,7 +20,7 @@ constexpr std::size_t versionBytes = 2;
 } // namespace
 
 std::string preferenceFileName(const PreferenceKey& key) {
-    return toFileName(fourCharacterText(key.creator)) + "-" + std::to_string(key.id)
+    return toFileName(fourCharacters(key.creator)) + "-" + std::to_string(key.id)
          + (key.backedUp ? "-saved" : "-unsaved");
 }
 

@@ -13,12 +13,12 @@
 #include "handheld/HandheldError.h"
 #include "handheld/HandheldFolder.h"
 #include "handheld/commands/CommandLine.h"
-#include "handheld/commands/HiddenTyping.h"
 #include "handheld/commands/clockText.h"
 #include "handheld/commands/handheldText.h"
 #include "handheld/knownDatabases.h"
 #include "handheld/settingsFile.h"
 #include "handheld/standardDatabases.h"
+#include "terminal/HiddenTyping.h"
 
 namespace tsr {
 

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 
+#include "device/fourCharacterCode.h"
 #include "handheld/ConfigurationDatabase.h"
 #include "handheld/FreeTimeDatabase.h"
 #include "handheld/HandheldError.h"
@@ -55,8 +56,8 @@ std::string idText(std::uint32_t id) {
 Json summary(const HandheldDatabase& database) {
     const DatabaseHeader& header = database.header();
     return {{"name", fromHandheldText(header.name)},
-            {"type", fromHandheldText(fourCharacterText(header.type))},
-            {"creator", fromHandheldText(fourCharacterText(header.creator))},
+            {"type", fromHandheldText(fourCharacters(header.type))},
+            {"creator", fromHandheldText(fourCharacters(header.creator))},
             {"version", header.version},
             {"records", database.records().size()},
             {"modified", modifiedCount(database)}};
@@ -72,8 +73,8 @@ void listDatabases(std::ostream& out, const Handheld& handheld, bool json) {
     out << std::left << std::setw(33) << "database"
         << "type  creator  records  modified\n";
     for (const auto& [name, database] : handheld.databases) {
-        out << std::left << std::setw(33) << name << fourCharacterText(database.header().type) << "  "
-            << fourCharacterText(database.header().creator) << std::right << std::setw(12)
+        out << std::left << std::setw(33) << name << fourCharacters(database.header().type) << "  "
+            << fourCharacters(database.header().creator) << std::right << std::setw(12)
             << database.records().size() << std::setw(10) << modifiedCount(database) << "\n";
     }
 }

@@ -5,8 +5,8 @@
 #include <istream>
 #include <ostream>
 
+#include "terminal/HiddenTyping.h"
 #include "tessera/TesseraError.h"
-#include "tessera/commands/EchoOff.h"
 #include "tessera/unicode.h"
 
 namespace tsr {
@@ -30,7 +30,7 @@ std::string passwordOfFile(const std::string& file) {
 
 std::string typedPassword(const std::string& prompt, std::istream& in, std::ostream& err) {
     err << prompt << std::flush;
-    const EchoOff echoOff;
+    const HiddenTyping hidden;
     const std::string password = firstLine(in);
     err << "\n";
     return password;

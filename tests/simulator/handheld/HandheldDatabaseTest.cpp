@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "device/fourCharacterCode.h"
 #include "handheld/Handheld.h"
 
 namespace tsr {
@@ -117,7 +118,7 @@ TEST(Handheld, StampsNewDatabasesWithItsClock) {
 TEST(Handheld, WritesCodesAsFourCharacters) {
     EXPECT_EQ(fourCharacterCode("memo"), 0x6D656D6FU);
     EXPECT_EQ(fourCharacterCode("me"), 0x6D652020U);
-    EXPECT_EQ(fourCharacterText(0x54535241), "TSRA");
+    EXPECT_EQ(fourCharacters(0x54535241), "TSRA");
 }
 
 } // namespace

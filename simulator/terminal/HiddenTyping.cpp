@@ -1,4 +1,4 @@
-#include "handheld/commands/HiddenTyping.h"
+#include "terminal/HiddenTyping.h"
 
 #ifdef _WIN32
 #include <windows.h>
