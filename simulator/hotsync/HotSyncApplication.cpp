@@ -8,12 +8,14 @@ namespace tsr {
 
 const std::vector<HotSyncApplication>& hotSyncApplications() {
     static const std::vector<HotSyncApplication> applications = {
-        {"address", fourCharacterCode("addr"), fourCharacterCode("DATA"), "Address"},
-        {"datebook", fourCharacterCode("date"), fourCharacterCode("DATA"), "Date Book"},
-        {"memo", fourCharacterCode("memo"), fourCharacterCode("DATA"), "Memo Pad"},
-        {"todo", fourCharacterCode("todo"), fourCharacterCode("DATA"), "ToDo"},
-        {"mail", fourCharacterCode("mail"), fourCharacterCode("DATA"), "Mail"},
-        {"freetime", fourCharacterCode("TSRA"), fourCharacterCode("FREE"), "FreeTime"},
+        {"address", fourCharacterCode("addr"), fourCharacterCode("DATA"), fourCharacterCode("ADDR"),
+         "Address"},
+        {"datebook", fourCharacterCode("date"), fourCharacterCode("DATA"), fourCharacterCode("DATE"),
+         "Date Book"},
+        {"memo", fourCharacterCode("memo"), fourCharacterCode("DATA"), fourCharacterCode("MEMO"), "Memo Pad"},
+        {"todo", fourCharacterCode("todo"), fourCharacterCode("DATA"), fourCharacterCode("TODO"), "ToDo"},
+        {"mail", fourCharacterCode("mail"), fourCharacterCode("DATA"), fourCharacterCode("MAIL"), "Mail"},
+        {"freetime", fourCharacterCode("TSRA"), fourCharacterCode("FREE"), 0, "FreeTime"},
     };
     return applications;
 }

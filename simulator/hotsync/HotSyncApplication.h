@@ -8,10 +8,11 @@ namespace tsr {
 
 // An application of the handheld that the HotSync manager may call the conduit for.
 struct HotSyncApplication {
-    std::string name;      // on the command line
-    std::uint32_t creator; // that the conduit is called with
-    std::uint32_t type;    // of its database
-    std::string title;     // for people
+    std::string name;       // on the command line
+    std::uint32_t creator;  // that the conduit is called with
+    std::uint32_t type;     // of its database
+    std::uint32_t syncType; // of its sync database, 0 for none
+    std::string title;      // for people
 };
 
 // In the order in which they are synchronised.
