@@ -9,6 +9,7 @@
 #include <sstream>
 #include <string>
 #include <tuple>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -128,7 +129,7 @@ class RunHotSyncTest : public testing::Test {
 protected:
     RunHotSyncTest() : service(store, [] { return monday; }) {
         const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-        scratch = fs::path(testing::TempDir()) / (std::string("hotsync-") + test->name());
+        scratch = fs::path(testing::TempDir()) / ("hotsync-" + std::to_string(getpid()) + "-" + test->name());
         fs::remove_all(scratch);
         fs::create_directories(scratch);
         palm = scratch / "palm";
