@@ -21,6 +21,17 @@ std::vector<Ratio>& ratios() {
     return list;
 }
 
+struct Rate {
+    std::string job;
+    std::size_t bytes;
+    double bar; // MB a second
+};
+
+std::vector<Rate>& rates() {
+    static std::vector<Rate> list;
+    return list;
+}
+
 std::map<std::string, std::vector<double>>& times() {
     static std::map<std::string, std::vector<double>> map;
     return map;
@@ -32,10 +43,27 @@ double median(std::vector<double> values) {
     return *middle;
 }
 
+void printRates() {
+    std::printf("\n%-28s %13s %11s\n", "job", "rate", "bar");
+    for (const Rate& rate : rates()) {
+        const auto job = times().find(rate.job);
+        if (job == times().end()) continue; // filtered out of this run
+        const double value = static_cast<double>(rate.bytes) * 1e3 / median(job->second);
+        std::printf("%-28s %8.0f MB/s", rate.job.c_str(), value);
+        if (rate.bar != 0) std::printf(" %6.0f MB/s%s", rate.bar, value >= rate.bar ? "" : "  below the bar");
+        std::printf("\n");
+    }
+}
+
 } // namespace
 
 bool compare(const std::string& job, const std::string& reference, double bar) {
     ratios().push_back({job, reference, bar});
+    return true;
+}
+
+bool requireRate(const std::string& job, std::size_t bytes, double bar) {
+    rates().push_back({job, bytes, bar});
     return true;
 }
 
@@ -52,6 +80,7 @@ void printRatios() {
         if (ratio.bar != 0) std::printf(" %5.1fx%s", ratio.bar, value <= ratio.bar ? "" : "  above the bar");
         std::printf("\n");
     }
+    printRates();
 }
 
 } // namespace tsr::bench

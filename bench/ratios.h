@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace tsr::bench {
@@ -8,6 +9,10 @@ namespace tsr::bench {
 // ratio that it should stay below, if there is one. Returns true, so that it can be called as a constant is
 // set up.
 bool compare(const std::string& job, const std::string& reference, double bar = 0);
+
+// Wants the rate at which `job` goes through `bytes` bytes, in MB (10^6 bytes) a second on one core, with the
+// rate that it should stay above, if there is one. Returns true, likewise.
+bool requireRate(const std::string& job, std::size_t bytes, double bar = 0);
 
 // The median of a benchmark's repetitions counts, which come interleaved with those of the others: what else
 // goes on in this machine then meets all alike.

@@ -1,7 +1,9 @@
 #include "hotsync/runHotSync.h"
 
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include <CLI/CLI.hpp>
 
@@ -30,6 +32,7 @@ constexpr char footer[] = R"(Examples:
   hotsync my-palm --application memo    Memo Pad alone, also when it has no database yet
   hotsync my-palm --slow                compare all records, not only the flagged ones
   hotsync my-palm --pull-cable 40       lose the handheld at its 40th call
+  hotsync my-palm --fail-call 7:0x4003  answer its 7th call with "not found"
 
 Server, user and replication types are set on the handheld: handheld my-palm configure --help.
 Exit codes: 0 every application finished, 1 one didn't, 2 bad arguments.)";
@@ -39,7 +42,8 @@ struct Options {
     std::string conduit;
     std::vector<std::string> applications;
     bool slow = false;
-    std::uint64_t pullCable = 0; // 0 for never
+    std::uint64_t pullCable = 0;          // 0 for never
+    std::vector<std::string> failedCalls; // each as parseFailedCall takes it
 };
 
 // The conduit's callback has no argument of its own.
@@ -49,11 +53,23 @@ void showProgress(const char* text) {
     if (progress != nullptr) progress->show(text);
 }
 
+// A call's number and the code that it is to fail with: "7:0x4003", "7:16387".
+std::optional<std::pair<std::uint64_t, std::int32_t>> parseFailedCall(const std::string& text) {
+    std::uint64_t number = 0;
+    std::int32_t code = 0;
+    const std::size_t colon = text.find(':');
+    if (colon == std::string::npos || !CLI::detail::lexical_cast(text.substr(0, colon), number)
+        || !CLI::detail::lexical_cast(text.substr(colon + 1), code))
+        return {};
+    return std::pair(number, code);
+}
+
 void define(CLI::App& app, Options& options) {
     app.footer(footer);
     app.add_option("handheld", options.folder, "Folder of the simulated handheld")->required();
     app.add_option("-a,--application", options.applications,
                    "Synchronise this application; may be given again")
+        ->allow_extra_args(false) // the next word is the handheld, not another application
         ->check([](const std::string& name) {
             if (findHotSyncApplication(name) != nullptr) return std::string();
             std::string known;
@@ -63,6 +79,13 @@ void define(CLI::App& app, Options& options) {
     app.add_option("--conduit", options.conduit, "The conduit, if it isn't the one beside this program");
     app.add_flag("--slow", options.slow, "Ask for a slow sync");
     app.add_option("--pull-cable", options.pullCable, "Lose the handheld at this call, counted from 1");
+    app.add_option("--fail-call", options.failedCalls,
+                   "Let this call of the handheld fail with this code; may be given again")
+        ->type_name("N:CODE")
+        ->allow_extra_args(false)
+        ->check([](const std::string& text) {
+            return parseFailedCall(text) ? std::string() : "'" + text + "' is no call and its code";
+        });
 }
 
 bool hasDatabase(const HotSyncApplication& application) {
@@ -112,10 +135,18 @@ public:
     }
 };
 
+void orderFaults(const Options& options) {
+    if (options.pullCable != 0) handheldPullCable(options.pullCable);
+    for (const std::string& text : options.failedCalls) {
+        const auto [number, code] = parseFailedCall(text).value();
+        handheldFailCall(number, code);
+    }
+}
+
 bool hotSync(const Options& options, std::ostream& out, bool terminal) {
     const ConduitLibrary conduit(options.conduit);
     OpenHandheld handheld(options.folder);
-    if (options.pullCable != 0) handheldPullCable(options.pullCable);
+    orderFaults(options);
     const std::vector<HotSyncApplication> due = dueApplications(options);
     if (due.empty()) out << "No application is due on this handheld.\n";
     ProgressLine line(out, terminal);
@@ -142,7 +173,9 @@ int runHotSync(const std::vector<std::string>& arguments, std::ostream& out, std
     try {
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError& error) {
-        return app.exit(error, out, err) == 0 ? 0 : badArguments;
+        if (error.get_exit_code() == 0) return app.exit(error, out, err); // it asked for help
+        err << "hotsync: " << error.what() << "; hotsync --help tells more\n";
+        return badArguments;
     }
     try {
         return hotSync(options, out, terminal) ? 0 : failed;

@@ -33,9 +33,7 @@ TimeInterval operator-(const TimeOfDay& left, const TimeOfDay& right) {
 }
 
 std::ostream& operator<<(std::ostream& stream, const TimeOfDay& time) {
-    std::tm fields{};
-    fields.tm_year = 100;
-    fields.tm_mday = 1;
+    std::tm fields = calendarFields(Date(2000, 1, 1)); // any full date: only the time is shown
     setTimeFields(fields, time);
     return stream << formatted("%X", fields);
 }

@@ -10,6 +10,8 @@ namespace {
 
 constexpr std::uint32_t deviceYear = 1904; // year 0 of the handheld
 
+Date firstDeviceDate() { return Date(1993, 1, 1); }
+
 } // namespace
 
 std::uint16_t packDate(const Date& date) {
@@ -20,7 +22,7 @@ std::uint16_t packDate(const Date& date) {
 Date unpackDate(std::uint16_t packed) {
     const std::uint32_t word = packed;
     const Date date((word >> 9) + deviceYear, word >> 5 & 0xF, word & 0x1F);
-    if (date < Date(1993, 1, 1)) {
+    if (date < firstDeviceDate()) {
         std::ostringstream text;
         text << date;
         throw GeneralError(Message::DateTooEarly) << Tag("d") << text.str();

@@ -5,6 +5,7 @@
 #include <functional>
 #include <pthread.h>
 #include <string>
+#include <sys/resource.h>
 #include <thread>
 #include <vector>
 
@@ -153,6 +154,16 @@ TEST(TcpSocket, FailuresNameTheCall) {
     EXPECT_EQ(functionThatFails([&] { unconnected.write(&byte, 1); }), "send");
     EXPECT_EQ(functionThatFails([&] { unconnected.bind(IpSocketAddress("192.0.2.1", 0)); }), "bind");
     unconnected.bind(IpSocketAddress("127.0.0.1", 0));
+}
+
+TEST(TcpSocket, NeedsASocketOfTheSystem) {
+    rlimit old{};
+    getrlimit(RLIMIT_NOFILE, &old);
+    const rlimit none{0, old.rlim_max}; // no descriptor more can be opened
+    setrlimit(RLIMIT_NOFILE, &none);
+    const std::string failed = functionThatFails([] { TcpSocket socket; });
+    setrlimit(RLIMIT_NOFILE, &old);
+    EXPECT_EQ(failed, "socket");
 }
 
 TEST(TcpSocket, TheErrorHasTheSystemsText) {
