@@ -50,7 +50,23 @@ struct TestTraits : ApplicationTraits {
     std::int16_t configCategory() const override { return 7; }
 };
 
-// Replicates nothing, writes down what it is asked for, and fails where a test wants it to.
+struct TestPalmRecord : PalmApplicationRecord {
+    TestPalmRecord() : PalmApplicationRecord(false) {}
+    std::uint8_t category() const override { return 0; }
+    std::string description() const override { return {}; }
+    std::uint16_t write(PalmRecordBuffer& buffer) const override {
+        buffer.appendByte(0x5A);
+        return 0;
+    }
+};
+
+struct TestNotesRecord : NotesApplicationRecord {
+    void addTo(NotesItem&, const TimeZone&) const override {}
+    std::string description() const override { return {}; }
+};
+
+// Replicates nothing but new items that a test wants received, writes down what it is asked for, and fails
+// where a test wants it to.
 class TestReplicator : public Replicator {
 public:
     explicit TestReplicator(const CountedPtr<PalmProxy>& palm) : Replicator(traits, palm) {}
@@ -59,9 +75,14 @@ public:
     std::vector<std::string> classes;
     std::vector<std::string> events;
     std::function<void(const std::string& event)> fail = [](const std::string&) {};
+    std::size_t newItems = 0; // that Notes has, at most 999
 
 protected:
-    PalmRecordGroup convertToPalm(const NotesApplicationRecord&, bool&) override { return {}; }
+    PalmRecordGroup convertToPalm(const NotesApplicationRecord&, bool&) override {
+        PalmRecordGroup group;
+        group.set(0, Record(new TestPalmRecord));
+        return group;
+    }
     CountedPtr<NotesApplicationRecord> convertToNotes(const PalmRecordGroup&, bool, int) override {
         throw BadPalmRecord();
     }
@@ -74,10 +95,16 @@ protected:
     void fetchWantedItems(const std::string& token, std::vector<ItemId>&) override {
         note("wanted " + token);
     }
-    void receiveItem(const std::string&, const std::string&, const std::string&, NotesItem&,
-                     ItemVersion&) override {}
-    void listItemsToReceive(const std::string& token, std::vector<std::string>&) override {
+    void receiveItem(const std::string&, const std::string&, const std::string& handle, NotesItem&,
+                     ItemVersion& version) override {
+        version = ItemVersion(std::string(16, 'd'), std::string(29, '0') + handle, "1");
+    }
+    void listItemsToReceive(const std::string& token, std::vector<std::string>& handles) override {
         note("receive " + token);
+        for (std::size_t item = 0; item < newItems; ++item) {
+            const std::string digits = std::to_string(item);
+            handles.push_back(std::string(3 - digits.size(), '0') + digits);
+        }
     }
     ItemVersion sendAnomalyItem(const std::string&, const ItemId&, const NotesApplicationRecord&,
                                 std::string&) override {
@@ -105,7 +132,9 @@ protected:
         note("classes");
         return classes;
     }
-    CountedPtr<NotesApplicationRecord> makeNotesRecord(const NotesItem&) override { return nullptr; }
+    CountedPtr<NotesApplicationRecord> makeNotesRecord(const NotesItem&) override {
+        return CountedPtr<NotesApplicationRecord>(new TestNotesRecord);
+    }
     Record makePalmRecord(PalmRecordBuffer&, bool) override { return Record(new PalmDummyRecord); }
     void preReplicate() override { note("pre-replicate"); }
     void readApplicationPreferences() override { note("preferences"); }
@@ -131,6 +160,7 @@ protected:
         TestReplicator replicator(palm);
         replicator.classes = classes;
         if (fail) replicator.fail = fail;
+        replicator.newItems = newItems;
         const std::int32_t result = replicator.run(type);
         events = replicator.events;
         return result;
@@ -170,6 +200,7 @@ protected:
     std::vector<std::string> classes;
     std::vector<std::string> events;
     std::function<void(const std::string&)> fail;
+    std::size_t newItems = 0;
 };
 
 TEST_F(ReplicatorTest, RunsASessionWithoutClasses) {
@@ -419,6 +450,31 @@ TEST_F(ReplicatorTest, WrapsWhatTheDeviceRefuses) {
         handheldRestartCount();
         handheldFailFunction(function, number, 0x4006);
         EXPECT_THAT(chain()[0], StartsWith(outer));
+    }
+}
+
+TEST_F(ReplicatorTest, FillsFixupRecordsAsFarAsTheDeviceCopes) {
+    const std::tuple<VersionNumber, std::vector<std::size_t>> rows[] = {
+        {{3, 5}, {30, 30, 30, 11}}, {{4, 0}, {100, 1}},
+        {{4, 1}, {100, 1}},         {{10, 0}, {30, 30, 30, 11}}, // as a text it stands before "4.0"
+        {{0, 0}, {100, 1}},                                      // "?.?" stands behind it
+    };
+    classes = {"First"};
+    newItems = 101;
+    for (const auto& [version, entries] : rows) {
+        SCOPED_TRACE(version.major);
+        handheld.databases.erase("TestSync");
+        handheld.systemVersion = version;
+        handheldRestartCount();
+        handheldFailFunction("SyncCallRemoteModule", 1, 0x4015); // the records stay for us to see
+        run();
+        std::vector<std::size_t> sizes;
+        for (const HandheldRecord& record : handheld.find("TestSync")->records().all()) {
+            if (record.category == 6) sizes.push_back(record.data.size());
+        }
+        std::vector<std::size_t> expected;
+        for (const std::size_t count : entries) expected.push_back(1 + 8 * count);
+        EXPECT_EQ(sizes, expected);
     }
 }
 
