@@ -609,6 +609,19 @@ TEST_F(ReplicatorDebugLog, TracesErrorChainsAndAppends) {
     EXPECT_THAT(lines[8], StartsWith("13:34:56 **** Before you can replicate"));
 }
 
+TEST_F(ReplicatorDebugLog, LeavesNoLineHalfWritten) {
+    const test::ScopedVariable on{"TSR_DEBUG_LOG", "1"};
+    handheldFailFunction("SyncGetAPIVersion", 1, 0x4015);
+    handheldFailFunction("SyncGetAPIVersion", 2, 0x4019); // the repeat, whose code is told
+    run();
+    EXPECT_THAT(logLines(),
+                ElementsAre("13:34:56 ----------------------------------------------",
+                            "13:34:56 Test replication started at Wed Feb  6 13:34:56 2002",
+                            "13:34:56 ** The function SyncGetAPIVersion( ) failed: This request (command) is "
+                            "not supported by the handheld.",
+                            "")); // the error's own line end
+}
+
 TEST_F(ReplicatorDebugLog, IsMadeButEmptyWhenNobodyAsksForIt) {
     for (const char* off : {"", "0"}) {
         const test::ScopedVariable variable{"TSR_DEBUG_LOG", off};
