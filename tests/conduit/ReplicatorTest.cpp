@@ -75,7 +75,8 @@ public:
     std::vector<std::string> classes;
     std::vector<std::string> events;
     std::function<void(const std::string& event)> fail = [](const std::string&) {};
-    std::size_t newItems = 0; // that Notes has, at most 999
+    std::size_t newItems = 0;             // that Notes has, at most 999
+    std::vector<std::string> information; // for replication, of the last class
 
 protected:
     PalmRecordGroup convertToPalm(const NotesApplicationRecord&, bool&) override {
@@ -84,6 +85,7 @@ protected:
         return group;
     }
     CountedPtr<NotesApplicationRecord> convertToNotes(const PalmRecordGroup&, bool, int) override {
+        note("convert");
         throw BadPalmRecord();
     }
     void fetchAnomalies(const std::string& token, std::vector<ItemId>&) override {
@@ -118,7 +120,9 @@ protected:
         note("deletions");
         deleted = items;
     }
-    std::string sendReplicationInfo(const std::string& className, const std::vector<std::string>&) override {
+    std::string sendReplicationInfo(const std::string& className,
+                                    const std::vector<std::string>& list) override {
+        information = list;
         note("info " + className);
         return "token of " + className;
     }
@@ -163,6 +167,7 @@ protected:
         replicator.newItems = newItems;
         const std::int32_t result = replicator.run(type);
         events = replicator.events;
+        information = replicator.information;
         return result;
     }
 
@@ -201,6 +206,18 @@ protected:
     std::vector<std::string> events;
     std::function<void(const std::string&)> fail;
     std::size_t newItems = 0;
+    std::vector<std::string> information;
+
+    // Brings one item to the device, which copies it into place; gives the record's id.
+    std::uint32_t receiveOneItem() {
+        classes = {"First"};
+        newItems = 1;
+        run();
+        newItems = 0;
+        const std::vector<HandheldRecord> records = handheld.find("TestDB")->records().all();
+        EXPECT_EQ(records.size(), 1U);
+        return records.at(0).id;
+    }
 };
 
 TEST_F(ReplicatorTest, RunsASessionWithoutClasses) {
@@ -395,6 +412,23 @@ TEST_F(ReplicatorTest, WrapsWhatEachStepOfAClassRaises) {
     }
 }
 
+TEST_F(ReplicatorTest, WrapsWhatSendingNewRecordsRaises) {
+    classes = {"First"};
+    handheld.create("TestDB", 0x44415441, 0x74657374).addRecord({1, 2}, 0);
+    EXPECT_THAT(chainWhenFailing("convert"),
+                ElementsAre("** An error occurred whilst replicating items of class 'First'.",
+                            "**** An unrecoverable error occurred whilst sending new records to Notes.",
+                            "****** Invalid argument."));
+}
+
+TEST_F(ReplicatorTest, WrapsWhatSendingDeletionsRaises) {
+    const std::uint32_t uid = receiveOneItem();
+    ASSERT_TRUE(handheld.find("TestDB")->deleteRecord(uid));
+    EXPECT_THAT(chainWhenFailing("deletions"),
+                ElementsAre("** An unrecoverable error occurred whilst sending deletions to Notes.",
+                            "**** Invalid argument."));
+}
+
 TEST_F(ReplicatorTest, EndsAtTheSecondClassAndWritesNothing) {
     classes = {"First", "Second"};
     handheld.create("TestSync", 0x54455354, ownCreator);
@@ -498,6 +532,22 @@ TEST_F(ReplicatorTest, LeavesTheTypeAloneInANormalSession) {
     classes = {"First"};
     run();
     EXPECT_THAT(trace(), testing::Not(testing::Contains("SyncOpenDB(\"VellumConfig\", 0, 0xC0)")));
+}
+
+TEST_F(ReplicatorTest, ResetsSequenceNumbersAndReadsNothing) {
+    const std::uint32_t uid = receiveOneItem();
+    const std::string dbid(16, 'd');
+    const std::string unid(32, '0');
+    run();
+    EXPECT_THAT(information, ElementsAre(dbid, unid, "1", "1"));
+    ASSERT_TRUE(handheld.find("TestDB")->editRecord(uid, {9}));
+    configureType(3);
+    handheldRestartCount();
+    run();
+    EXPECT_THAT(information, ElementsAre(dbid, unid, "0", "0")); // and not as modified
+    EXPECT_EQ(handheldFunctionCallCount("SyncReadNextModifiedRec"), 0U);
+    EXPECT_EQ(handheld.find("TestDB")->records().at(0).data, test::bytes("09")); // the data stays
+    EXPECT_EQ(storedType(), 2);
 }
 
 TEST_F(ReplicatorTest, ClearsBothDatabases) {
