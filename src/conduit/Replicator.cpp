@@ -15,9 +15,10 @@ namespace tsr {
 namespace {
 
 // The most entries in one fixup record. Compared as texts, deliberately: 10.0 counts as earlier than 4.0, and
-// the
-// "?.?" of a device that doesn't tell as later.
+// the "?.?" of a device that doesn't tell as later.
 std::size_t fixupLimitFor(const std::string& osVersion) { return osVersion < "4.0" ? 30 : 100; }
+
+DateTime localNow() { return DateTime(utcNow(), desktopTimeZone()); }
 
 // What the server needs of the configuration to know the user by.
 ServerAccount accountOf(const PalmConfiguration& configuration) {
@@ -78,9 +79,12 @@ void Replicator::prepare() {
     }
     palm_->logToHotSync(traits_.displayName, HotSyncActivity::Started);
     log() << "#t ----------------------------------------------\n";
-    log() << "#t $a replication started at $t" << Tag('a') << traits_.displayName << Tag('t')
-          << DateTime(utcNow(), desktopTimeZone()) << '\n';
-    log() << "#t SyncManager API Version: " << apiVersionText() << '\n';
+    // What may fail is asked for before its line begins, or else the error's chain would go on in that line.
+    const DateTime startTime = localNow();
+    log() << "#t $a replication started at $t" << Tag('a') << traits_.displayName << Tag('t') << startTime
+          << '\n';
+    const std::string apiVersion = apiVersionText();
+    log() << "#t SyncManager API Version: " << apiVersion << '\n';
     const std::string osVersion = osVersionText();
     fixupLimit_ = fixupLimitFor(osVersion);
     log() << "#t PalmOS Version: " << osVersion << '\n';
@@ -243,8 +247,9 @@ void Replicator::finish() {
         server_->close();
     } catch (...) { // the work is done; the connection goes with the replicator
     }
-    log() << "#t $a replication finished at $t" << Tag('a') << traits_.displayName << Tag('t')
-          << DateTime(utcNow(), desktopTimeZone()) << '\n';
+    const DateTime finishTime = localNow();
+    log() << "#t $a replication finished at $t" << Tag('a') << traits_.displayName << Tag('t') << finishTime
+          << '\n';
 }
 
 void Replicator::abort(const Error& error) {

@@ -103,10 +103,16 @@ std::int32_t PalmDatabase::call(RecordCall function, PalmRecordBuffer& buffer) {
     return result;
 }
 
+// What a reader has bound ends with the record that it was bound to; a write leaves it alone.
+std::int32_t PalmDatabase::read(RecordCall function, PalmRecordBuffer& buffer) {
+    buffer.resetCursor();
+    return call(function, buffer);
+}
+
 // A read that may be repeated: it is, until the record fits.
 std::int32_t PalmDatabase::readWhole(RecordCall function, PalmRecordBuffer& buffer) {
     for (;;) {
-        const std::int32_t result = call(function, buffer);
+        const std::int32_t result = read(function, buffer);
         if (result != 0 || buffer.holdsAll()) return result;
         buffer.growForDevice();
     }
@@ -131,14 +137,14 @@ bool PalmDatabase::readRecordByIndex(PalmRecordBuffer& buffer, std::uint16_t ind
 // index, and so is, once more, what did. Deliberate: the results of these second reads are not looked at, but
 // for "not found" before the last one; the data of the first good read stands.
 bool PalmDatabase::readSequentially(RecordCall function, const char* name, PalmRecordBuffer& buffer) {
-    std::int32_t result = call(function, buffer);
+    std::int32_t result = read(function, buffer);
     if (result == 0 && ++walked_ > mostRecords) throw PalmSyncApiError(limitExceeded, name);
     for (bool first = true, done = false; !done; first = false) {
         if (result == notFound) return false;
         if (first) raiseUnlessGood(result, name);
         done = buffer.holdsAll();
         if (!done) buffer.growForDevice();
-        result = call(SyncReadRecordByIndex, buffer);
+        result = read(SyncReadRecordByIndex, buffer);
     }
     return true;
 }

@@ -54,6 +54,7 @@ private:
 
     using RecordCall = std::int32_t (*)(RawRecordInfo*);
     std::int32_t call(RecordCall function, PalmRecordBuffer& buffer);
+    std::int32_t read(RecordCall function, PalmRecordBuffer& buffer);
     std::int32_t readWhole(RecordCall function, PalmRecordBuffer& buffer);
     bool readSequentially(RecordCall function, const char* name, PalmRecordBuffer& buffer);
 

@@ -17,11 +17,6 @@ PalmRecordBuffer::PalmRecordBuffer(const PalmRecordBuffer& other)
     afterDeviceCall();
 }
 
-RawRecordInfo& PalmRecordBuffer::rawForCall() {
-    resetCursor();
-    return info_;
-}
-
 void PalmRecordBuffer::afterDeviceCall() {
     deviceSize_ = info_.recordSize;
     info_.buffer = storage_.data();

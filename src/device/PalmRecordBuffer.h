@@ -41,7 +41,7 @@ public:
 
     // For the device calls of PalmDatabase: the block to hand over, and what must follow each call that has
     // it.
-    RawRecordInfo& rawForCall();
+    RawRecordInfo& rawForCall() { return info_; }
     void afterDeviceCall(); // whatever came back, size and pointers stay within the storage
     bool holdsAll() const {
         return deviceSize_ <= info_.bufferSize;

@@ -50,7 +50,23 @@ struct TestTraits : ApplicationTraits {
     std::int16_t configCategory() const override { return 7; }
 };
 
-// Replicates nothing, writes down what it is asked for, and fails where a test wants it to.
+struct TestPalmRecord : PalmApplicationRecord {
+    TestPalmRecord() : PalmApplicationRecord(false) {}
+    std::uint8_t category() const override { return 0; }
+    std::string description() const override { return {}; }
+    std::uint16_t write(PalmRecordBuffer& buffer) const override {
+        buffer.appendByte(0x5A);
+        return 0;
+    }
+};
+
+struct TestNotesRecord : NotesApplicationRecord {
+    void addTo(NotesItem&, const TimeZone&) const override {}
+    std::string description() const override { return {}; }
+};
+
+// Replicates nothing but new items that a test wants received, writes down what it is asked for, and fails
+// where a test wants it to.
 class TestReplicator : public Replicator {
 public:
     explicit TestReplicator(const CountedPtr<PalmProxy>& palm) : Replicator(traits, palm) {}
@@ -59,10 +75,17 @@ public:
     std::vector<std::string> classes;
     std::vector<std::string> events;
     std::function<void(const std::string& event)> fail = [](const std::string&) {};
+    std::size_t newItems = 0;             // that Notes has, at most 999
+    std::vector<std::string> information; // for replication, of the last class
 
 protected:
-    PalmRecordGroup convertToPalm(const NotesApplicationRecord&, bool&) override { return {}; }
+    PalmRecordGroup convertToPalm(const NotesApplicationRecord&, bool&) override {
+        PalmRecordGroup group;
+        group.set(0, Record(new TestPalmRecord));
+        return group;
+    }
     CountedPtr<NotesApplicationRecord> convertToNotes(const PalmRecordGroup&, bool, int) override {
+        note("convert");
         throw BadPalmRecord();
     }
     void fetchAnomalies(const std::string& token, std::vector<ItemId>&) override {
@@ -74,10 +97,16 @@ protected:
     void fetchWantedItems(const std::string& token, std::vector<ItemId>&) override {
         note("wanted " + token);
     }
-    void receiveItem(const std::string&, const std::string&, const std::string&, NotesItem&,
-                     ItemVersion&) override {}
-    void listItemsToReceive(const std::string& token, std::vector<std::string>&) override {
+    void receiveItem(const std::string&, const std::string&, const std::string& handle, NotesItem&,
+                     ItemVersion& version) override {
+        version = ItemVersion(std::string(16, 'd'), std::string(29, '0') + handle, "1");
+    }
+    void listItemsToReceive(const std::string& token, std::vector<std::string>& handles) override {
         note("receive " + token);
+        for (std::size_t item = 0; item < newItems; ++item) {
+            const std::string digits = std::to_string(item);
+            handles.push_back(std::string(3 - digits.size(), '0') + digits);
+        }
     }
     ItemVersion sendAnomalyItem(const std::string&, const ItemId&, const NotesApplicationRecord&,
                                 std::string&) override {
@@ -91,7 +120,9 @@ protected:
         note("deletions");
         deleted = items;
     }
-    std::string sendReplicationInfo(const std::string& className, const std::vector<std::string>&) override {
+    std::string sendReplicationInfo(const std::string& className,
+                                    const std::vector<std::string>& list) override {
+        information = list;
         note("info " + className);
         return "token of " + className;
     }
@@ -105,7 +136,9 @@ protected:
         note("classes");
         return classes;
     }
-    CountedPtr<NotesApplicationRecord> makeNotesRecord(const NotesItem&) override { return nullptr; }
+    CountedPtr<NotesApplicationRecord> makeNotesRecord(const NotesItem&) override {
+        return CountedPtr<NotesApplicationRecord>(new TestNotesRecord);
+    }
     Record makePalmRecord(PalmRecordBuffer&, bool) override { return Record(new PalmDummyRecord); }
     void preReplicate() override { note("pre-replicate"); }
     void readApplicationPreferences() override { note("preferences"); }
@@ -131,8 +164,10 @@ protected:
         TestReplicator replicator(palm);
         replicator.classes = classes;
         if (fail) replicator.fail = fail;
+        replicator.newItems = newItems;
         const std::int32_t result = replicator.run(type);
         events = replicator.events;
+        information = replicator.information;
         return result;
     }
 
@@ -170,6 +205,19 @@ protected:
     std::vector<std::string> classes;
     std::vector<std::string> events;
     std::function<void(const std::string&)> fail;
+    std::size_t newItems = 0;
+    std::vector<std::string> information;
+
+    // Brings one item to the device, which copies it into place; gives the record's id.
+    std::uint32_t receiveOneItem() {
+        classes = {"First"};
+        newItems = 1;
+        run();
+        newItems = 0;
+        const std::vector<HandheldRecord> records = handheld.find("TestDB")->records().all();
+        EXPECT_EQ(records.size(), 1U);
+        return records.at(0).id;
+    }
 };
 
 TEST_F(ReplicatorTest, RunsASessionWithoutClasses) {
@@ -364,6 +412,23 @@ TEST_F(ReplicatorTest, WrapsWhatEachStepOfAClassRaises) {
     }
 }
 
+TEST_F(ReplicatorTest, WrapsWhatSendingNewRecordsRaises) {
+    classes = {"First"};
+    handheld.create("TestDB", 0x44415441, 0x74657374).addRecord({1, 2}, 0);
+    EXPECT_THAT(chainWhenFailing("convert"),
+                ElementsAre("** An error occurred whilst replicating items of class 'First'.",
+                            "**** An unrecoverable error occurred whilst sending new records to Notes.",
+                            "****** Invalid argument."));
+}
+
+TEST_F(ReplicatorTest, WrapsWhatSendingDeletionsRaises) {
+    const std::uint32_t uid = receiveOneItem();
+    ASSERT_TRUE(handheld.find("TestDB")->deleteRecord(uid));
+    EXPECT_THAT(chainWhenFailing("deletions"),
+                ElementsAre("** An unrecoverable error occurred whilst sending deletions to Notes.",
+                            "**** Invalid argument."));
+}
+
 TEST_F(ReplicatorTest, EndsAtTheSecondClassAndWritesNothing) {
     classes = {"First", "Second"};
     handheld.create("TestSync", 0x54455354, ownCreator);
@@ -422,6 +487,31 @@ TEST_F(ReplicatorTest, WrapsWhatTheDeviceRefuses) {
     }
 }
 
+TEST_F(ReplicatorTest, FillsFixupRecordsAsFarAsTheDeviceCopes) {
+    const std::tuple<VersionNumber, std::vector<std::size_t>> rows[] = {
+        {{3, 5}, {30, 30, 30, 11}}, {{4, 0}, {100, 1}},
+        {{4, 1}, {100, 1}},         {{10, 0}, {30, 30, 30, 11}}, // as a text it stands before "4.0"
+        {{0, 0}, {100, 1}},                                      // "?.?" stands behind it
+    };
+    classes = {"First"};
+    newItems = 101;
+    for (const auto& [version, entries] : rows) {
+        SCOPED_TRACE(version.major);
+        handheld.databases.erase("TestSync");
+        handheld.systemVersion = version;
+        handheldRestartCount();
+        handheldFailFunction("SyncCallRemoteModule", 1, 0x4015); // the records stay for us to see
+        run();
+        std::vector<std::size_t> sizes;
+        for (const HandheldRecord& record : handheld.find("TestSync")->records().all()) {
+            if (record.category == 6) sizes.push_back(record.data.size());
+        }
+        std::vector<std::size_t> expected;
+        for (const std::size_t count : entries) expected.push_back(1 + 8 * count);
+        EXPECT_EQ(sizes, expected);
+    }
+}
+
 TEST_F(ReplicatorTest, LetsAStoredTypeWin) {
     classes = {"First"};
     configureType(5);
@@ -442,6 +532,22 @@ TEST_F(ReplicatorTest, LeavesTheTypeAloneInANormalSession) {
     classes = {"First"};
     run();
     EXPECT_THAT(trace(), testing::Not(testing::Contains("SyncOpenDB(\"VellumConfig\", 0, 0xC0)")));
+}
+
+TEST_F(ReplicatorTest, ResetsSequenceNumbersAndReadsNothing) {
+    const std::uint32_t uid = receiveOneItem();
+    const std::string dbid(16, 'd');
+    const std::string unid(32, '0');
+    run();
+    EXPECT_THAT(information, ElementsAre(dbid, unid, "1", "1"));
+    ASSERT_TRUE(handheld.find("TestDB")->editRecord(uid, {9}));
+    configureType(3);
+    handheldRestartCount();
+    run();
+    EXPECT_THAT(information, ElementsAre(dbid, unid, "0", "0")); // and not as modified
+    EXPECT_EQ(handheldFunctionCallCount("SyncReadNextModifiedRec"), 0U);
+    EXPECT_EQ(handheld.find("TestDB")->records().at(0).data, test::bytes("09")); // the data stays
+    EXPECT_EQ(storedType(), 2);
 }
 
 TEST_F(ReplicatorTest, ClearsBothDatabases) {
@@ -551,6 +657,19 @@ TEST_F(ReplicatorDebugLog, TracesErrorChainsAndAppends) {
         lines[7],
         "13:34:56 ** An unrecoverable error occurred whilst retrieving Palm configuration information.");
     EXPECT_THAT(lines[8], StartsWith("13:34:56 **** Before you can replicate"));
+}
+
+TEST_F(ReplicatorDebugLog, LeavesNoLineHalfWritten) {
+    const test::ScopedVariable on{"TSR_DEBUG_LOG", "1"};
+    handheldFailFunction("SyncGetAPIVersion", 1, 0x4015);
+    handheldFailFunction("SyncGetAPIVersion", 2, 0x4019); // the repeat, whose code is told
+    run();
+    EXPECT_THAT(logLines(),
+                ElementsAre("13:34:56 ----------------------------------------------",
+                            "13:34:56 Test replication started at Wed Feb  6 13:34:56 2002",
+                            "13:34:56 ** The function SyncGetAPIVersion( ) failed: This request (command) is "
+                            "not supported by the handheld.",
+                            "")); // the error's own line end
 }
 
 TEST_F(ReplicatorDebugLog, IsMadeButEmptyWhenNobodyAsksForIt) {

@@ -355,8 +355,10 @@ TEST_F(PalmDatabaseTest, NamesTheSequentialCallInAFailedWalk) {
     sync.answer("SyncReadNextModifiedRec", busy);
     EXPECT_THAT(textRaisedBy([&] { database->readFirstModified(buffer); }),
                 testing::StartsWith("The function SyncReadNextModifiedRec( ) failed: "));
-    sync.answer("SyncResetRecordIndex", busy);
+    for (int order = 0; order < 2; ++order) sync.answer("SyncResetRecordIndex", busy);
     EXPECT_THAT(textRaisedBy([&] { database->readFirstModified(buffer); }),
+                testing::StartsWith("The function SyncResetRecordIndex( ) failed: "));
+    EXPECT_THAT(textRaisedBy([&] { database->readFirstInCategory(buffer, 1); }),
                 testing::StartsWith("The function SyncResetRecordIndex( ) failed: "));
 }
 
@@ -397,6 +399,20 @@ TEST_F(PalmDatabaseTest, WritesARecordAndTakesItsId) {
     sync.answer("SyncWriteRec", busy);
     EXPECT_THAT(textRaisedBy([&] { database->writeRecord(buffer); }),
                 testing::StartsWith("The function SyncWriteRec( ) failed: "));
+}
+
+TEST_F(PalmDatabaseTest, MovesTheCursorOfABufferByReadsAlone) {
+    const CountedPtr<PalmDatabase> database = opened();
+    PalmRecordBuffer buffer;
+    buffer.appendWord(0x0102);
+    buffer.readByte();
+    database->writeRecord(buffer);
+    database->deleteRecord(buffer);
+    EXPECT_EQ(buffer.remaining(), 1U);
+    EXPECT_EQ(buffer.readByte(), 2);
+    database->readRecordById(buffer, 5);
+    EXPECT_TRUE(buffer.atEnd()); // binds afresh
+    EXPECT_EQ(buffer.position(), 0U);
 }
 
 TEST_F(PalmDatabaseTest, RaisesWhatItsPlainCallsAnswer) {

@@ -61,6 +61,15 @@ TEST(PalmProxy, OpensAndClosesTheHotSyncLog) {
     EXPECT_THAT(sync.calls, ElementsAre("HsLogOpen()", "HsLogClose()"));
 }
 
+TEST_F(PalmProxyTest, ClosesItsDatabaseBeforeTheLog) {
+    haveDatabases(1);
+    PalmRecordBuffer buffer;
+    palm->readRecordById(buffer, 1);
+    sync.calls.clear();
+    palm.reset();
+    EXPECT_THAT(sync.calls, ElementsAre("SyncCloseDBEx(handle 7, option 00)", "HsLogClose()"));
+}
+
 TEST(PalmProxy, ClosesOnlyALogThatIsOpen) {
     ScriptedSyncManager& sync = ScriptedSyncManager::instance();
     sync.reset();

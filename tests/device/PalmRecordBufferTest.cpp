@@ -179,6 +179,17 @@ TEST(PalmRecordBuffer, KeepsItsDataAsItGrows) {
     EXPECT_EQ(contents(buffer), bytes("01 02 03"));
 }
 
+TEST(PalmRecordBuffer, TakesBytesBehindItsDataAlongOnlyWhenItHasData) {
+    PalmRecordBuffer empty;
+    empty.putByte(7, 10);
+    empty.grow(1025);
+    EXPECT_EQ(empty.data()[10], 0); // nothing counts as worth copying
+    PalmRecordBuffer filled = bufferOf("01");
+    filled.putByte(7, 10);
+    filled.grow(1025);
+    EXPECT_EQ(filled.data()[10], 7);
+}
+
 TEST(PalmRecordBuffer, RefusesWhatPasses65535Bytes) {
     PalmRecordBuffer buffer;
     const std::string most(65534, 'x');

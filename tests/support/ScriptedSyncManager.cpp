@@ -252,6 +252,7 @@ std::int32_t HsLogClose() {
 }
 
 std::int32_t HsLogAddEntry(const char* text, std::int32_t activity, std::int32_t zero) {
+    if (script().logFault) script().logFault();
     script().log.emplace_back(text, activity);
     if (zero != 0) script().log.emplace_back("third argument", zero);
     return 0;
