@@ -20,18 +20,6 @@ std::size_t fixupLimitFor(const std::string& osVersion) { return osVersion < "4.
 
 DateTime localNow() { return DateTime(utcNow(), desktopTimeZone()); }
 
-// What the server needs of the configuration to know the user by.
-ServerAccount accountOf(const PalmConfiguration& configuration) {
-    ServerAccount account;
-    account.serverAddress = configuration.serverAddress();
-    account.serverPort = configuration.serverPort();
-    account.userName = configuration.userName();
-    account.password = configuration.password();
-    account.deviceTimeText = configuration.deviceTimeText();
-    account.conflictRule = configuration.conflictRule();
-    return account;
-}
-
 } // namespace
 
 Replicator::Replicator(const ApplicationTraits& traits, const CountedPtr<PalmProxy>& palm)
@@ -122,13 +110,13 @@ void Replicator::connect() {
     guarded(Message::ConnectFailed, [this] {
         log() << "#t Connecting to Tessera server (ip=$a, port=$p)" << Tag('a') << config_->serverAddress()
               << Tag('p') << config_->serverPort() << '\n';
-        server_->connect(accountOf(*config_));
+        server_->connect(account());
         log() << "#t Connected.\n";
     });
     guarded(Message::AutoConfigureFailed, [this] {
         if (!config_->hasUserName()) fetchUserName();
     });
-    guarded(Message::AuthenticateFailed, [this] { server_->authenticate(accountOf(*config_)); });
+    guarded(Message::AuthenticateFailed, [this] { server_->authenticate(account()); });
     guarded(Message::TimeZoneFailed, [this] { timeZone_ = server_->getTimeZone(); });
 }
 
@@ -264,6 +252,23 @@ void Replicator::logErrorChain(const Error& error) {
         palm_->logToHotSync(line, HotSyncActivity::Warning);
         log() << "#t " << line << '\n'; // as text: marks in it are treated as placeholders here
     }
+}
+
+ServerAccount Replicator::account() const {
+    ServerAccount account;
+    account.serverAddress = config_->serverAddress();
+    account.serverPort = config_->serverPort();
+    account.userName = config_->userName();
+    account.password = config_->password();
+    account.deviceTimeText = config_->deviceTimeText();
+    account.conflictRule = config_->conflictRule();
+    return account;
+}
+
+NotesItem Replicator::itemOf(const NotesApplicationRecord& record) const {
+    NotesItem item;
+    record.addTo(item, timeZone_);
+    return item;
 }
 
 } // namespace tsr

@@ -93,6 +93,8 @@ protected:
     const CountedPtr<PalmProxy>& sharedPalm() { return palm_; }
     ServerConnection& server() { return *server_; }
     const PalmConfiguration& config() { return *config_; }
+    ServerAccount account() const; // what the server needs of the configuration to know the user by
+    NotesItem itemOf(const NotesApplicationRecord& record) const; // with its properties alone
     const TimeZone& timeZone() { return timeZone_; }
     std::ostream& log() { return *log_; }
 

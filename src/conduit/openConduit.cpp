@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "applications/FreeTimeReplicator.h"
+#include "applications/MemoReplicator.h"
 #include "conduit/Replicator.h"
 #include "device/fourCharacterCode.h"
 
@@ -14,6 +15,7 @@ constexpr std::int32_t unknownApplication = -1;
 
 std::unique_ptr<Replicator> makeReplicator(std::uint32_t creator, const CountedPtr<PalmProxy>& palm) {
     switch (creator) {
+    case fourCharacterCode("memo"): return std::make_unique<MemoReplicator>(palm);
     case fourCharacterCode("TSRA"): return std::make_unique<FreeTimeReplicator>(palm);
     default: return nullptr;
     }

@@ -39,6 +39,10 @@ public:
         share(other);
     }
     CountedPtr(CountedPtr&& other) noexcept { swap(other); }
+    template <typename U>
+    CountedPtr(CountedPtr<U>&& other) noexcept { // NOLINT(google-explicit-constructor): as above
+        take(other);
+    }
 
     CountedPtr& operator=(CountedPtr other) noexcept {
         swap(other);
@@ -84,6 +88,13 @@ private:
         count_ = other.count_;
         deleter_ = other.deleter_;
         if (count_ != nullptr) ++count_->references;
+    }
+
+    template <typename U>
+    void take(CountedPtr<U>& other) noexcept {
+        object_ = std::exchange(other.object_, nullptr);
+        count_ = std::exchange(other.count_, nullptr);
+        deleter_ = std::exchange(other.deleter_, nullptr);
     }
 
     T* object_ = nullptr;

@@ -1,10 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "foundation/ItemId.h"
+#include "foundation/ItemVersion.h"
+#include "server/ClientResponse.h"
+#include "server/NotesItem.h"
 #include "server/ServerAccount.h"
 #include "server/ServerConnection.h"
 
@@ -57,6 +61,54 @@ public:
     // The Memo Pad's form: the body has no place for the two.
     static std::string sendReplicationInfo(ServerConnection& connection, const ServerAccount& account,
                                            std::uint32_t code, const std::vector<std::string>& entries);
+
+    // Items, in replicatorItems.cpp. A property is one string of name, "=" and value: one for each value, by
+    // ascending name, and in the order of the values within a name.
+
+    // Reads the properties up to the end of the body into `item`, in place of what it held, and adds
+    // `className` as "#ClassName". The identity is that of the last "UNID" and "DBID"; a `fixedDbid` wins
+    // over the latter. Raises InvalidStringPair, NoSequenceNumber, InvalidDbid, InvalidUnid, NotUnsigned.
+    static ItemVersion parseItem(ClientResponse& response, NotesItem& item, const std::string& className,
+                                 const std::optional<std::string>& fixedDbid = {});
+
+    // Receives one item; `handle` is one of listItemIndices. Raises what parseItem raises.
+    static ItemVersion receiveItem(ServerConnection& connection, const std::string& token,
+                                   const std::string& className, const std::string& handle,
+                                   std::uint32_t code, NotesItem& item);
+
+    // Receives one mail of the database `dbidText`; `handle` is one of listUnidRun, `sizeLimit` the user's
+    // preference.
+    static ItemVersion receiveMailItem(ServerConnection& connection, const std::string& className,
+                                       const std::string& dbidText, const std::string& handle,
+                                       std::uint32_t code, std::uint32_t sizeLimit, NotesItem& item);
+
+    // The forms below send `item` under the identity `id`; a new record has the default one and an empty
+    // token. They give what the item has become on the server. All raise InvalidDbid, InvalidUnid and
+    // NotUnsigned for a bad reply.
+
+    // Sends the device's side of a conflict. `newUnid` is set to the text of the identity that the server has
+    // given the item, empty for none: the third of four strings where `replyHasPriorUnid`, which is Address's
+    // form, otherwise the identity itself.
+    static ItemVersion sendAnomalyItem(ServerConnection& connection, const std::string& token,
+                                       std::uint32_t code, const ItemId& id, const NotesItem& item,
+                                       bool replyHasPriorUnid, std::string& newUnid);
+
+    static ItemVersion sendAddressItem(ServerConnection& connection, const std::string& token,
+                                       const ItemId& id, const NotesItem& item);
+    static ItemVersion sendMemoItem(ServerConnection& connection, const std::string& token, const ItemId& id,
+                                    const NotesItem& item);
+    static ItemVersion sendToDoItem(ServerConnection& connection, const std::string& token, const ItemId& id,
+                                    const NotesItem& item);
+
+    // `windowStart` and `windowEnd` as in sendReplicationInfo. The item's "#Differences" goes a second time
+    // before the properties, as "0" where it is empty or missing.
+    static ItemVersion sendDateBookItem(ServerConnection& connection, const std::string& token,
+                                        const ItemId& id, const std::string& windowStart,
+                                        const std::string& windowEnd, const NotesItem& item);
+
+    // An `id` without a database is one of the mail database `mailDbidText`.
+    static ItemVersion sendMailItem(ServerConnection& connection, const std::string& mailDbidText,
+                                    const std::string& className, const ItemId& id, const NotesItem& item);
 };
 
 } // namespace tsr

@@ -72,6 +72,19 @@ TEST_F(OpenConduit, RunsTheSessionOfTheCreator) {
     EXPECT_EQ(handheldOpenDatabases(), 0U);
 }
 
+TEST_F(OpenConduit, PicksTheApplicationByItsCreator) {
+    const std::pair<std::uint32_t, const char*> rows[] = {
+        {0x6D656D6F, "Memo Pad"},
+        {freeTime, "FreeTime"},
+    };
+    for (const auto& [creator, name] : rows) {
+        SCOPED_TRACE(name);
+        hotSyncLogClear();
+        EXPECT_EQ(open(0, creator), 0);
+        EXPECT_EQ(logEntries().front(), Entry(name, started)); // each call logs its own start
+    }
+}
+
 TEST_F(OpenConduit, AsksForASlowSessionForTheSyncTypeOneAlone) {
     EXPECT_EQ(typeFor(1), "Slow");
     for (const std::int32_t other : {0, 2, 3, 6, 7, -1, 0x01000000, 257}) {

@@ -84,6 +84,18 @@ TEST(CountedPtr, AMovedFromPointerIsNull) {
     EXPECT_EQ(gone, 0);
 }
 
+TEST(CountedPtr, MovesIntoAPointerToTheBase) {
+    int gone = 0;
+    CountedPtr<Derived> first(new Derived(gone));
+    {
+        const CountedPtr<Base> second = std::move(first);
+        EXPECT_FALSE(first); // NOLINT(bugprone-use-after-move): null, as it says
+        EXPECT_EQ(second->value, 1);
+        EXPECT_EQ(gone, 0);
+    }
+    EXPECT_EQ(gone, 1);
+}
+
 TEST(CountedPtr, ResetLetsGo) {
     int gone = 0;
     CountedPtr<Counter> pointer(new Counter(gone));

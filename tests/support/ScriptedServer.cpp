@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -10,9 +11,16 @@ namespace tsr::test {
 
 namespace {
 
+// A client sends header and body on their own, and the second waits for the first to be acknowledged.
+void acknowledgeAtOnce(int socket) {
+    const int on = 1;
+    setsockopt(socket, IPPROTO_TCP, TCP_QUICKACK, &on, sizeof on);
+}
+
 bool receive(int socket, std::string& bytes, std::size_t count) {
     bytes.resize(count);
     for (std::size_t done = 0; done < count;) {
+        acknowledgeAtOnce(socket);
         const ssize_t got = recv(socket, bytes.data() + done, count - done, 0);
         if (got <= 0) return false;
         done += static_cast<std::size_t>(got);
