@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <nlohmann/json.hpp>
+
 namespace tsr {
 
 namespace {
@@ -47,8 +49,18 @@ SessionOutcome::End SessionOutcome::end() const {
     return has(aborted) || !has(started) ? End::Aborted : End::NothingToDo;
 }
 
+// In a session that finished each chain is that of one item.
+std::size_t SessionOutcome::refused() const {
+    if (end() != End::Finished) return 0;
+    const auto count = std::count_if(entries.begin(), entries.end(), [](const LogEntry& entry) {
+        return entry.activity == warning && chainLine(entry.text).second == 1;
+    });
+    return static_cast<std::size_t>(count);
+}
+
 void SessionOutcome::print(std::ostream& out) const {
     out << title << ": " << endText(end()) << '\n';
+    if (end() == End::Finished) out << "  " << traffic.text() << "; " << refused() << " refused\n";
     for (const LogEntry& entry : entries) {
         if (entry.activity == warning) {
             printWarning(out, entry.text);
@@ -56,6 +68,22 @@ void SessionOutcome::print(std::ostream& out) const {
             out << "  " << entry.text << '\n';
         }
     }
+}
+
+std::string SessionOutcome::json() const {
+    const auto counts = [](const Traffic::Counts& each) {
+        return nlohmann::ordered_json{
+            {"new", each.added}, {"changed", each.changed}, {"deleted", each.deleted}};
+    };
+    nlohmann::ordered_json log = nlohmann::ordered_json::array();
+    for (const LogEntry& entry : entries) log.push_back({{"text", entry.text}, {"activity", entry.activity}});
+    const nlohmann::ordered_json session = {{"application", title},
+                                            {"end", endText(end())},
+                                            {"toNotes", counts(traffic.toNotes)},
+                                            {"toHandheld", counts(traffic.toHandheld)},
+                                            {"refused", refused()},
+                                            {"log", log}};
+    return session.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
 } // namespace tsr

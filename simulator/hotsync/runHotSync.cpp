@@ -42,6 +42,7 @@ struct Options {
     std::string conduit;
     std::vector<std::string> applications;
     bool slow = false;
+    bool json = false;
     std::uint64_t pullCable = 0;          // 0 for never
     std::vector<std::string> failedCalls; // each as parseFailedCall takes it
 };
@@ -78,6 +79,7 @@ void define(CLI::App& app, Options& options) {
         });
     app.add_option("--conduit", options.conduit, "The conduit, if it isn't the one beside this program");
     app.add_flag("--slow", options.slow, "Ask for a slow sync");
+    app.add_flag("--json", options.json, "Print JSON for programs, without progress");
     app.add_option("--pull-cable", options.pullCable, "Lose the handheld at this call, counted from 1");
     app.add_option("--fail-call", options.failedCalls,
                    "Let this call of the handheld fail with this code; may be given again")
@@ -111,14 +113,46 @@ SessionOutcome synchronise(const ConduitLibrary& conduit, const HotSyncApplicati
     properties.syncType = slow ? SyncProperties::slow : 0;
     properties.creator = application.creator;
     hotSyncLogClear();
+    const Handheld before = *handheldAttached();
     SessionOutcome outcome;
     outcome.title = application.title;
     outcome.result = conduit.openConduit()(showProgress, &properties);
     for (std::uint64_t index = 0; index < hotSyncLogCount(); ++index) {
         outcome.entries.push_back(LogEntry{hotSyncLogText(index), hotSyncLogActivity(index)});
     }
+    outcome.traffic = trafficOf(application, before, *handheldAttached());
     return outcome;
 }
+
+// Prints one session after the other, for people or as the elements of a JSON list.
+class Report {
+public:
+    Report(std::ostream& out, bool json) : out_(out), json_(json) {
+        if (json_) out_ << '[';
+    }
+
+    void add(const SessionOutcome& outcome) {
+        if (json_) {
+            out_ << (first_ ? "\n" : ",\n") << outcome.json();
+        } else {
+            outcome.print(out_);
+        }
+        first_ = false;
+    }
+
+    void finish() {
+        if (json_) {
+            out_ << "\n]\n";
+        } else if (first_) {
+            out_ << "No application is due on this handheld.\n";
+        }
+    }
+
+private:
+    std::ostream& out_;
+    bool json_;
+    bool first_ = true;
+};
 
 // The handheld, attached for the length of a HotSync.
 class OpenHandheld {
@@ -148,17 +182,18 @@ bool hotSync(const Options& options, std::ostream& out, bool terminal) {
     OpenHandheld handheld(options.folder);
     orderFaults(options);
     const std::vector<HotSyncApplication> due = dueApplications(options);
-    if (due.empty()) out << "No application is due on this handheld.\n";
+    Report report(out, options.json);
     ProgressLine line(out, terminal);
-    progress = &line;
+    progress = options.json ? nullptr : &line;
     bool good = true;
     for (const HotSyncApplication& application : due) {
         const SessionOutcome outcome = synchronise(conduit, application, options.slow);
         line.clear();
-        outcome.print(out);
+        report.add(outcome);
         good = good && outcome.isGood();
     }
     progress = nullptr;
+    report.finish();
     handheld.save();
     return good;
 }
