@@ -624,5 +624,49 @@ TEST_F(ReplicationStateTest, WritesCrcBlocksOfFive) {
     EXPECT_THAT(sizes, ElementsAre(41, 41, 17)); // 5, 5 and 2 entries
 }
 
+TEST_F(ReplicationStateTest, ReadsAUnidBlockWithoutUnids) {
+    put(syncDb(), 0xC, 4, "00 01 00 00 0A 00 00 03 09");
+    put(syncDb(), 0xA, 1, "00 " + dbidBytes);
+    ReplicationState& empty = read();
+    EXPECT_EQ(empty.dbidAt({0xA, 0}), Dbid(dbidText));
+    EXPECT_THAT(empty.unidBlock(0xA).unids(), IsEmpty());
+}
+
+TEST_F(ReplicationStateTest, KeepsSixteenBitsOfASequenceNumber) {
+    ReplicationState& fresh = read();
+    fresh.addEntry(version(1, 65535), 0, {{0x10, 0, 0, false}});
+    fresh.addEntry(version(2, 65536 + 5), 0, {{0x11, 0, 0, false}});
+    fresh.rewrite(palm);
+    ReplicationState& again = read();
+    EXPECT_EQ(again.entry(item(1)).sequenceNumber(), 65535U);
+    EXPECT_EQ(again.entry(item(2)).sequenceNumber(), 5U);
+}
+
+TEST_F(ReplicationStateTest, EachSequenceBlockHasItsOwnUnidBlock) {
+    put(syncDb(), 0x1, 4,
+        "00 01 00 00 0A 00 00 03 09 01 00 00 0B 00 00 03 09 02 00 00 1A 00 00 03 09 02 00 00 1B 00 00 03 09");
+    put(syncDb(), 0xA, 1, "00 " + dbidBytes + " 00 01 00 00 " + unidBytes(1));
+    put(syncDb(), 0xB, 1, "00 " + dbidBytes + " 00 01 00 00 " + unidBytes(2));
+    put(syncDb(), 0x1A, 2, "00 00 00 0A 00 00 00 00 05 00 01 00 00 11 00 00 00 00");
+    put(syncDb(), 0x1B, 2, "00 00 00 0B 00 00 00 00 05 00 01 00 00 12 00 00 00 00");
+    ReplicationState& both = read();
+    EXPECT_EQ(both.seqNumBlockOf(both.entry(item(1))).unidBlockSuid(), 0xA);
+    EXPECT_EQ(both.seqNumBlockOf(both.entry(item(2))).unidBlockSuid(), 0xB);
+}
+
+TEST_F(ReplicationStateTest, SkipsASequenceBlockThatCameAndWent) {
+    ReplicationState& fresh = read();
+    for (std::uint32_t number = 1; number <= 16; ++number) {
+        fresh.addEntry(version(number, 1), 0, {{static_cast<std::int32_t>(number), 0, 0, false}});
+    }
+    fresh.removeEntry(item(16)); // the only one of the second block
+    fresh.rewrite(palm);
+    std::size_t lines = 0;
+    for (const std::string& line : logLines()) {
+        if (line.find("seqnum block") != std::string::npos) ++lines;
+    }
+    EXPECT_EQ(lines, 1U);
+}
+
 } // namespace
 } // namespace tsr
