@@ -71,5 +71,6 @@ std::uint64_t handheldTraceCount() {
 
 const char* handheldTraceLine(std::uint64_t index) {
     const auto* calls = attached().calls();
-    return calls && index < calls->trace().size() ? calls->trace()[static_cast<std::size_t>(index)].c_str() : nullptr;
+    return calls && index < calls->trace().size() ? calls->trace()[static_cast<std::size_t>(index)].c_str()
+                                                  : nullptr;
 }

@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "foundation/GeneralError.h"
-#include "server/WinsockLibrary.h"
 
 namespace tsr {
 
@@ -31,8 +30,8 @@ std::uint32_t addressOf(const WinsockLibrary& library, const std::string& host) 
 
 } // namespace
 
-IpSocketAddressImpl::IpSocketAddressImpl(const std::string& host, std::uint16_t port) {
-    const WinsockLibrary& library = WinsockLibrary::instance();
+IpSocketAddressImpl::IpSocketAddressImpl(const std::string& host, std::uint16_t port,
+                                         const WinsockLibrary& library) {
     address_.family = platform::internetFamily;
     address_.address = addressOf(library, host);
     address_.port = library.htons(port);
