@@ -387,6 +387,35 @@ TEST_F(FreeTimeReplicatorTest, GoesOnWhenAWeekCannotBeWritten) {
                                        " 00 00 06 01 C4 44 00 00 07 33 9F"));
 }
 
+// The number of weeks is one byte, and so a person with more of them takes a second run.
+TEST_F(FreeTimeReplicatorTest, KeepsMoreWeeksThanAByteCounts) {
+    addConfiguration();
+    addAnn();
+    Strings spans;
+    for (std::uint32_t number = 0; number < 256; ++number) {
+        spans.push_back(std::to_string(day(4) + number * 7 * 86400));
+        spans.push_back("60");
+    }
+    answer("Ann", spans);
+    runWell();
+    const HandheldRecord* index = nullptr;
+    database->records().forEach([&index](const HandheldRecord& record) {
+        if (record.category == 2) index = &record;
+    });
+    ASSERT_NE(index, nullptr);
+    ASSERT_EQ(index->data.size(), 1U + 4 + 255 * 7 + 4 + 7);
+    EXPECT_EQ(index->data[4], 255);
+    const std::size_t second = 1 + 4 + 255 * 7;
+    EXPECT_EQ(test::hexText({index->data.begin() + second, index->data.begin() + second + 4}), "00 00 05 01");
+    const std::vector<HandheldRecord> before = database->records().all();
+    runWell();
+    for (const HandheldRecord& record : before) { // read back, all weeks are known, and none is written again
+        if (record.category != 4) continue;
+        EXPECT_EQ(*database->records().find(record.id), record);
+    }
+    EXPECT_EQ(handheldFunctionCallCount("SyncWriteRec"), 1U); // the new CRC record
+}
+
 TEST_F(FreeTimeReplicatorTest, NeedsItsConfiguration) {
     addAnn();
     EXPECT_EQ(causeOfFailure(), "**** Free time search configuration record not found.");
