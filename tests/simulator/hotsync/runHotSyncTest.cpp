@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 #include "handheld/ConfigurationDatabase.h"
 #include "handheld/FreeTimeDatabase.h"
 #include "handheld/HandheldFolder.h"
@@ -276,6 +278,18 @@ TEST_F(RunHotSyncTest, ShowsProgressInOneLineOnATerminal) {
     EXPECT_NE(live.out.find('\r'), std::string::npos);
     // What is left on the line at the end is the outcome.
     EXPECT_NE(live.out.find("\rFreeTime: finished\n"), std::string::npos) << live.out;
+}
+
+TEST_F(RunHotSyncTest, TellsProgramsInJsonAlone) {
+    const Ended done = hotSync({"--json"});
+    EXPECT_EQ(done.exitCode, 0);
+    const nlohmann::json first = nlohmann::json::parse(done.out); // no progress before, between or behind
+    ASSERT_EQ(first.size(), 1u);
+    EXPECT_EQ(first[0]["application"], "FreeTime");
+    EXPECT_EQ(first[0]["end"], "finished");
+    EXPECT_EQ(first[0]["toHandheld"]["new"], weeksOf(palm).size());
+    const nlohmann::json second = nlohmann::json::parse(hotSync({"--json"}).out);
+    EXPECT_EQ(second[0]["toHandheld"], (nlohmann::json{{"new", 0}, {"changed", 0}, {"deleted", 0}}));
 }
 
 TEST_F(RunHotSyncTest, AWrongPasswordChangesNothing) {
