@@ -4,6 +4,7 @@
 #include <span>
 
 #include "server/commands.h"
+#include "tessera/Document.h"
 
 namespace tsr {
 
@@ -12,6 +13,9 @@ struct Application {
     const char* databaseKind; // where its documents are kept: one database a user
     const char* documentKind; // and what they are called there
     ApplicationCommands commands;
+    // The document that a version of the handheld makes of the one that it was given, which is empty for a
+    // new one.
+    Properties (*adopt)(const Properties& kept, const Properties& sent) = nullptr;
     std::size_t infoStrings = 0;    // of the replication information, between the rule and the known items
     std::size_t itemStrings = 0;    // of an item sent, between its identity and its properties
     bool countsDeletions = false;   // the answer to the deletions begins with their number

@@ -16,6 +16,10 @@ bool isCurrent(std::uint32_t known, std::uint32_t sequence) {
 void settleConflict(const ItemName& name, ConflictRule rule, Exchange& exchange) {
     if (rule == ConflictRule::KeepHandheld) exchange.wanted.push_back(name);
     if (rule == ConflictRule::KeepBoth) exchange.anomalies.push_back(name);
+    if (rule == ConflictRule::KeepCopy) {
+        exchange.wanted.push_back(name);
+        exchange.copied.insert(name.unid);
+    }
 }
 
 } // namespace
@@ -39,7 +43,7 @@ Exchange compare(const std::vector<KnownItem>& known, const std::string& dbid,
         if (listed[index]) continue;
         listed[index] = true;
         const bool changedInNotes = !isCurrent(item.sequence, documents[index].sequence);
-        toReceive[index] = changedInNotes && (!item.modified || rule == ConflictRule::KeepNotes);
+        toReceive[index] = changedInNotes && !item.modified;
         if (item.modified && changedInNotes) {
             settleConflict(item.name, rule, exchange);
         } else if (item.modified) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "tessera/DocumentVersion.h"
@@ -13,8 +14,8 @@ namespace tsr {
 // What becomes of an item that was changed on both sides.
 enum class ConflictRule {
     KeepHandheld, // its version replaces that of Notes
-    KeepNotes,    // the other way round
-    KeepBoth      // Notes keeps its version, and that of the handheld becomes a new document
+    KeepBoth,     // Notes keeps its version, and that of the handheld becomes a new document
+    KeepCopy      // the same, for an application that has no requests for it
 };
 
 // An item as the handheld lists it.
@@ -32,6 +33,7 @@ struct Exchange {
     std::vector<std::string> toReceive{}; // Unids; documents with an anomaly join once that has come
     std::unordered_map<std::string, std::uint32_t> guarded{}; // Unid to the only version that may be replaced
     std::vector<bool> anomalyOutstanding{};                   // in the order of `anomalies`
+    std::unordered_set<std::string> copied{}; // Unids of those wanted whose version becomes a new document
 };
 
 // Works out what the handheld that knows `known` and the documents of the database `dbid` are missing from

@@ -1,6 +1,7 @@
 #include "tessera/Memo.h"
 
 #include "tessera/TesseraError.h"
+#include "tessera/categories.h"
 
 namespace tsr {
 
@@ -8,20 +9,12 @@ namespace {
 
 constexpr char subjectName[] = "Subject";
 constexpr char bodyName[] = "Body";
-constexpr char categoryName[] = "Category";
-
-std::vector<std::string> withoutEmpty(std::vector<std::string> texts) {
-    std::erase(texts, "");
-    return texts;
-}
 
 } // namespace
 
 Memo toMemo(const Document& document) {
-    Memo memo{firstValue(document.properties, subjectName), firstValue(document.properties, bodyName), {}};
-    const auto categories = document.properties.find(categoryName);
-    if (categories != document.properties.end()) memo.categories = withoutEmpty(categories->second);
-    return memo;
+    return {firstValue(document.properties, subjectName), firstValue(document.properties, bodyName),
+            categoriesOf(document.properties)};
 }
 
 Properties toProperties(const Memo& memo) {
@@ -36,9 +29,17 @@ void setMemo(Properties& properties, const Memo& memo) {
     }
     properties[subjectName] = {memo.subject};
     properties[bodyName] = {memo.body};
-    properties.erase(categoryName);
-    const std::vector<std::string> categories = withoutEmpty(memo.categories);
-    if (!categories.empty()) properties[categoryName] = categories;
+    setCategories(properties, memo.categories);
+}
+
+Properties adoptMemo(const Properties& kept, const Properties& sent) {
+    Properties properties = kept;
+    for (const char* const name : {subjectName, bodyName}) properties.erase(name);
+    adoptCategories(properties, sent);
+    for (const auto& [name, values] : sent) {
+        if (name != categoryName) properties[name] = values;
+    }
+    return properties;
 }
 
 } // namespace tsr

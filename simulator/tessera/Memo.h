@@ -30,4 +30,8 @@ Properties toProperties(const Memo& memo);
 // Sets the properties that a Memo knows and leaves the others; raises as toProperties.
 void setMemo(Properties& properties, const Memo& memo);
 
+// The document that `sent`, a version of the handheld, makes of `kept`, the one that it was given; of an
+// empty document for a new one. The handheld speaks for the properties above alone.
+Properties adoptMemo(const Properties& kept, const Properties& sent);
+
 } // namespace tsr

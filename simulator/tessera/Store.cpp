@@ -6,6 +6,7 @@
 
 #include "tessera/Memo.h"
 #include "tessera/TesseraError.h"
+#include "tessera/contactDocument.h"
 #include "tessera/documentIdentity.h"
 #include "tessera/unicode.h"
 
@@ -275,8 +276,18 @@ UserDatabase Store::database(std::int64_t userId, const std::string& kind) {
     SqliteStatement statement =
         database_.statement("SELECT id, dbid, title FROM database WHERE user_id = ? AND kind = ?");
     statement.bind(userId).bind(kind);
-    if (!statement.step()) throw TesseraError("the user has no database for '" + kind + "'");
-    return {statement.integer(0), statement.text(1), statement.text(2)};
+    if (statement.step()) return {statement.integer(0), statement.text(1), statement.text(2)};
+    if (kind != contactsKind) throw TesseraError("the user has no database for '" + kind + "'");
+    addContacts(userId);
+    return database(userId, kind);
+}
+
+void Store::addContacts(std::int64_t userId) {
+    SqliteTransaction transaction(database_);
+    const std::optional<User> user = findUser(userId);
+    if (!user) throw TesseraError("there is no such user");
+    addDatabase(userId, contactsKind, "Contacts of " + user->name);
+    transaction.commit();
 }
 
 Document Store::addDocument(std::int64_t databaseId, const std::string& kind, const Properties& properties) {

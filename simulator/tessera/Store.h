@@ -25,8 +25,9 @@ public:
     // Makes several operations one.
     SqliteTransaction transaction() { return SqliteTransaction(database_); }
 
-    // Users. A new one comes with an empty database of each kind. The default user is the one whose name the
-    // server gives to a device without one: the user marked so, or the only user that there is.
+    // Users. A new one comes with an empty mail file and journal; an address book is made as it is needed
+    // first. The default user is the one whose name the server gives to a device without one: the user marked
+    // so, or the only user that there is.
     void addUser(const User& user, const std::string& passwordHash);
     void changeUser(const User& user); // by its id
     void changePassword(std::int64_t userId, const std::string& passwordHash);
@@ -63,6 +64,7 @@ private:
     Store(const std::string& file, const std::string& seed);
 
     void addDatabase(std::int64_t userId, const std::string& kind, const std::string& title);
+    void addContacts(std::int64_t userId);
     void createTables(const std::string& seed);
     std::int64_t version();
     std::int64_t nextIdentity();

@@ -51,7 +51,7 @@ ConflictRule conflictRule(const Application& application, const RequestContext& 
     if (text != "S") {
         throw RequestRefused(ResultCode::BadRequest, context.quoted(1) + " is not a conflict rule.");
     }
-    return application.commands.sendAnomaly == 0 ? ConflictRule::KeepNotes : ConflictRule::KeepBoth;
+    return application.commands.sendAnomaly == 0 ? ConflictRule::KeepCopy : ConflictRule::KeepBoth;
 }
 
 // Four strings: database, document, sequence number, and that number once more, or raised by one for an item
@@ -190,24 +190,48 @@ void raiseIfChanged(const Exchange& exchange, const Document& document) {
     throw RequestRefused(ResultCode::ItemRefused, "The document was changed in Notes meanwhile.");
 }
 
+// Returns whether it wasn't to be received already.
+bool receiveToo(Exchange& exchange, const std::string& unid) {
+    auto& unids = exchange.toReceive;
+    if (std::find(unids.begin(), unids.end(), unid) != unids.end()) return false;
+    unids.push_back(unid);
+    return true;
+}
+
+// The loser of a conflict, which becomes a new document. It is sent in the place of its own, and so answered
+// with that one's identity; behind it the handheld receives both. When both versions are equal there is
+// nothing to keep.
+void takeCopy(const Application& application, const RequestContext& context, const UserDatabase& database,
+              Exchange& exchange, const Document& document, const Properties& sent) {
+    if (application.adopt(document.properties, sent) == document.properties) return;
+    if (!receiveToo(exchange, document.unid)) return; // sent twice
+    receiveToo(exchange, newDocument(application, context, database, application.adopt({}, sent)).unid);
+}
+
 // The token, database, document, the strings of the application, and the properties. Without an identity it
 // is a new item. Answered with database, document and sequence number.
 std::vector<std::string> takeItem(const Application& application, const RequestContext& context) {
     const std::size_t first = 3 + application.itemStrings;
     context.expectAtLeast(first);
     context.countItem();
-    const Properties properties = sentProperties(context, first);
+    const Properties sent = sentProperties(context, first);
     const ItemName name{context.strings[1], context.strings[2]};
     const UserDatabase database = databaseOf(application, context);
     if (name == newItem) {
-        const DocumentVersion added = newDocument(application, context, database, properties);
+        const DocumentVersion added =
+            newDocument(application, context, database, application.adopt({}, sent));
         return {database.dbid, added.unid, std::to_string(added.sequence)};
     }
     Exchange& exchange = exchangeOf(application, context);
     const auto document = findDocument(application, context, database, name);
     if (!document) raiseNoDocument(name.unid);
+    if (exchange.copied.contains(name.unid)) {
+        takeCopy(application, context, database, exchange, *document, sent);
+        return {database.dbid, document->unid, std::to_string(document->sequence)};
+    }
     raiseIfChanged(exchange, *document);
-    const Document changed = context.store.changeDocument(database.id, name.unid, properties);
+    const Document changed =
+        context.store.changeDocument(database.id, name.unid, application.adopt(document->properties, sent));
     if (const auto guarded = exchange.guarded.find(name.unid); guarded != exchange.guarded.end()) {
         guarded->second = changed.sequence; // by the handheld, which may replace it once more
     }
@@ -232,17 +256,17 @@ std::vector<std::string> takeAnomaly(const Application& application, const Reque
     constexpr std::size_t first = 4;
     context.expectAtLeast(first);
     context.countItem();
-    const Properties properties = sentProperties(context, first);
+    const Properties sent = sentProperties(context, first);
     const ItemName name{context.strings[1], context.strings[2]};
     Exchange& exchange = exchangeOf(application, context);
     const std::size_t index = outstandingAnomaly(exchange, name);
     const UserDatabase database = databaseOf(application, context);
     const auto kept = findDocument(application, context, database, name);
     DocumentVersion version;
-    if (kept && kept->properties == properties) {
+    if (kept && kept->properties == application.adopt(kept->properties, sent)) {
         version = {kept->unid, kept->sequence};
     } else {
-        version = newDocument(application, context, database, properties);
+        version = newDocument(application, context, database, application.adopt({}, sent));
         exchange.toReceive.push_back(name.unid);
     }
     exchange.anomalyOutstanding[index] = false;

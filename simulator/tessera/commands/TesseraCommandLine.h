@@ -35,8 +35,6 @@ struct TesseraCommandLine {
 void addServeCommand(TesseraCommandLine& line);
 void addUserCommands(TesseraCommandLine& line);
 void addMeetingCommands(TesseraCommandLine& line);
-void addMemoCommands(TesseraCommandLine& line);
-void addTesseraFileCommands(TesseraCommandLine& line);
 
 // The user of that name; raises TesseraError when there is none.
 User namedUser(Store& store, const std::string& name);

@@ -1,23 +1,49 @@
+#include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <ostream>
 
 #include <nlohmann/json.hpp>
 
+#include "interchange/InterchangeError.h"
+#include "interchange/iCalendar.h"
+#include "interchange/vCard.h"
 #include "tessera/Meeting.h"
-#include "tessera/Memo.h"
 #include "tessera/TesseraError.h"
 #include "tessera/commands/ArgumentError.h"
+#include "tessera/commands/DocumentForm.h"
 #include "tessera/commands/TesseraCommandLine.h"
 #include "tessera/commands/readings.h"
 #include "tessera/commands/userTexts.h"
+#include "tessera/contactDocument.h"
+#include "tessera/taskDocument.h"
 
 namespace tsr {
 
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+// Everything is in JSON; the others hold the contacts or tasks of one user.
+enum class FileFormat { Everything, VCard3, VCard4, ICalendar };
+
+struct FileOptions {
+    std::string name; // of the file
+    std::string user;
+    std::string format;
+};
+
+FileFormat formatOf(const FileOptions& options) {
+    if (options.format == "json") return FileFormat::Everything;
+    if (options.format == "vcard3") return FileFormat::VCard3;
+    if (options.format == "vcard" || (options.format.empty() && options.name.ends_with(".vcf")))
+        return FileFormat::VCard4;
+    if (options.format == "icalendar" || (options.format.empty() && options.name.ends_with(".ics")))
+        return FileFormat::ICalendar;
+    return FileFormat::Everything;
+}
 
 // No password has this for its hash.
 constexpr char noPassword[] = "";
@@ -35,48 +61,88 @@ Json meetingsJson(Store& store, const User& user) {
     return meetings;
 }
 
-Json memosJson(Store& store, const User& user) {
-    Json memos = Json::array();
-    for (const Document& document : store.documents(store.database(user.id, journalKind).id, memoKind)) {
-        const Memo memo = toMemo(document);
-        memos.push_back({{"subject", memo.subject}, {"body", memo.body}, {"categories", memo.categories}});
+Json documentsJson(Store& store, const User& user, const DocumentForm& form) {
+    Json list = Json::array();
+    const DocumentForm::Words& words = form.words();
+    for (const Document& document :
+         store.documents(store.database(user.id, words.databaseKind).id, words.documentKind)) {
+        list.push_back(form.toJson(document));
     }
-    return memos;
+    return list;
 }
 
-Json storeJson(Store& store) {
+Json storeJson(Store& store, const DocumentForms& forms) {
     Json users = Json::array();
     for (const User& user : store.users()) {
-        users.push_back({{"name", user.name},
-                         {"zone", user.zoneName},
-                         {"hours", hoursText(user.hours)},
-                         {"days", daysText(user.hours)},
-                         {"meetings", meetingsJson(store, user)},
-                         {"memos", memosJson(store, user)}});
+        Json json = {{"name", user.name},
+                     {"zone", user.zoneName},
+                     {"hours", hoursText(user.hours)},
+                     {"days", daysText(user.hours)},
+                     {"meetings", meetingsJson(store, user)}};
+        for (const DocumentForm* form : forms) json[form->words().plural] = documentsJson(store, user, *form);
+        users.push_back(std::move(json));
     }
     return {{"users", users}};
 }
 
-void exportStore(const TesseraCommandLine& line, const std::string& output) {
-    Store store = line.openStore();
-    const std::string text = storeJson(store).dump(2) + "\n";
+void write(const TesseraCommandLine& line, const std::string& output, const std::string& text) {
     if (output.empty()) {
         line.out << text;
         return;
     }
-    std::ofstream file(output);
+    std::ofstream file(output, std::ios::binary);
     file << text;
     file.close();
     if (!file) throw TesseraError("cannot write '" + output + "'");
 }
 
-Json readJson(const TesseraCommandLine& line, const std::string& input) {
+std::vector<Document> documentsOf(Store& store, const std::string& userName, const char* databaseKind,
+                                  const char* documentKind) {
+    const User user = namedUser(store, userName);
+    return store.documents(store.database(user.id, databaseKind).id, documentKind);
+}
+
+std::string vCards(Store& store, const std::string& user, VCardVersion version) {
+    std::vector<Contact> contacts;
+    for (const Document& document : documentsOf(store, user, contactsKind, contactKind))
+        contacts.push_back(toContact(document.properties));
+    return vCardText(contacts, version);
+}
+
+std::string taskCalendar(Store& store, const std::string& user) {
+    std::vector<Task> tasks;
+    for (const Document& document : documentsOf(store, user, mailDatabaseKind, taskKind)) {
+        tasks.push_back(toTask(document.properties));
+        tasks.back().uid = document.unid;
+    }
+    return taskCalendarText(tasks, std::time(nullptr));
+}
+
+void exportFile(const TesseraCommandLine& line, const FileOptions& options, const DocumentForms& forms) {
+    Store store = line.openStore();
+    const FileFormat format = formatOf(options);
+    if (format != FileFormat::Everything && options.user.empty())
+        throw ArgumentError("--user tells whose these are to be");
+    switch (format) {
+    case FileFormat::Everything: write(line, options.name, storeJson(store, forms).dump(2) + "\n"); break;
+    case FileFormat::VCard3: write(line, options.name, vCards(store, options.user, VCardVersion::V3)); break;
+    case FileFormat::VCard4: write(line, options.name, vCards(store, options.user, VCardVersion::V4)); break;
+    case FileFormat::ICalendar: write(line, options.name, taskCalendar(store, options.user)); break;
+    }
+}
+
+std::string readAll(const TesseraCommandLine& line, const std::string& input) {
     std::ifstream file;
     if (input != "-") {
-        file.open(input);
+        file.open(input, std::ios::binary);
         if (!file) throw TesseraError("cannot read '" + input + "'");
     }
-    Json json = Json::parse(input == "-" ? line.in : file, nullptr, false);
+    std::istream& stream = input == "-" ? line.in : file;
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+Json parsedJson(const std::string& text, const std::string& input) {
+    Json json = Json::parse(text, nullptr, false);
     if (json.is_discarded()) throw TesseraError("'" + input + "' is not JSON");
     return json;
 }
@@ -105,63 +171,119 @@ void importMeeting(Store& store, const User& user, const Json& json) {
     store.addDocument(store.mailDatabase(user.id).id, meetingKind, toProperties(meeting));
 }
 
-void importMemo(Store& store, const User& user, const Json& json) {
-    const Memo memo{json.value("subject", ""), json.value("body", ""),
-                    json.value("categories", std::vector<std::string>())};
-    store.addDocument(store.database(user.id, journalKind).id, memoKind, toProperties(memo));
-}
-
-void importInto(Store& store, const Json& json) {
+void importJson(Store& store, const Json& json, const DocumentForms& forms) {
     for (const Json& userJson : json.at("users")) {
         const User user = userToImport(store, userJson);
         for (const Json& meeting : userJson.value("meetings", Json::array()))
             importMeeting(store, user, meeting);
-        for (const Json& memo : userJson.value("memos", Json::array())) importMemo(store, user, memo);
+        for (const DocumentForm* form : forms) {
+            const DocumentForm::Words& words = form->words();
+            for (const Json& document : userJson.value(words.plural, Json::array())) {
+                store.addDocument(store.database(user.id, words.databaseKind).id, words.documentKind,
+                                  form->fromJson(document));
+            }
+        }
     }
 }
 
-void importAll(Store& store, const Json& json, const std::string& input) {
+void importContacts(Store& store, const std::string& userName, const std::string& text) {
+    const std::int64_t databaseId = store.database(namedUser(store, userName).id, contactsKind).id;
+    for (const Contact& contact : readVCards(text)) {
+        Properties properties;
+        setContact(properties, contact);
+        store.addDocument(databaseId, contactKind, properties);
+    }
+}
+
+void importTasks(Store& store, const std::string& userName, const std::string& text) {
+    const std::int64_t databaseId = store.mailDatabase(namedUser(store, userName).id).id;
+    for (const Task& task : readTasks(text)) {
+        Properties properties;
+        setTask(properties, task);
+        store.addDocument(databaseId, taskKind, properties);
+    }
+}
+
+void importText(Store& store, const FileOptions& options, const std::string& text,
+                const DocumentForms& forms) {
+    switch (formatOf(options)) {
+    case FileFormat::Everything: importJson(store, parsedJson(text, options.name), forms); break;
+    case FileFormat::VCard3:
+    case FileFormat::VCard4: importContacts(store, options.user, text); break;
+    case FileFormat::ICalendar: importTasks(store, options.user, text); break;
+    }
+}
+
+void importAll(Store& store, const FileOptions& options, const std::string& text,
+               const DocumentForms& forms) {
+    const auto raise = [&options](const std::exception& error) {
+        throw TesseraError("'" + options.name + "' cannot be imported: " + error.what());
+    };
     SqliteTransaction transaction = store.transaction();
     try {
-        importInto(store, json);
+        importText(store, options, text, forms);
     } catch (const Json::exception& error) {
-        throw TesseraError("'" + input + "' cannot be imported: " + error.what());
+        raise(error);
     } catch (const ArgumentError& error) {
-        throw TesseraError("'" + input + "' cannot be imported: " + error.what());
+        raise(error);
+    } catch (const InterchangeError& error) {
+        raise(error);
     }
     transaction.commit();
 }
 
-void importFile(const TesseraCommandLine& line, const std::string& input) {
-    const Json json = readJson(line, input);
+void importFile(const TesseraCommandLine& line, const FileOptions& options, const DocumentForms& forms) {
+    if (formatOf(options) != FileFormat::Everything && options.user.empty())
+        throw ArgumentError("--user tells whose these become");
+    const std::string text = readAll(line, options.name);
     const bool isNew = !std::filesystem::exists(line.file);
     try {
         Store store = line.makeStore();
-        importAll(store, json, input);
+        importAll(store, options, text, forms);
     } catch (...) {
         if (isNew) std::filesystem::remove(line.file);
         throw;
     }
-    line.out << "imported " << input << "\n";
+    line.out << "imported " << options.name << "\n";
+}
+
+CLI::Option* addFormatOption(CLI::App& command, FileOptions& options) {
+    return command
+        .add_option("--format", options.format,
+                    "json, vcard (4.0), vcard3 (3.0) or icalendar; otherwise .vcf and .ics at the end "
+                    "of the name tell it, and everything else is JSON")
+        ->check(CLI::IsMember({"json", "vcard", "vcard3", "icalendar"}));
 }
 
 } // namespace
 
-void addTesseraFileCommands(TesseraCommandLine& line) {
-    const auto name = std::make_shared<std::string>();
-    CLI::App& import =
-        line.command(line.app, "import", "Adds what stands in a file that 'export' has written",
-                     [&line, name] { importFile(line, *name); });
+void addTesseraFileCommands(TesseraCommandLine& line, const DocumentForms& forms) {
+    const auto options = std::make_shared<FileOptions>();
+    CLI::App& import = line.command(line.app, "import",
+                                    "Adds what stands in a file: that 'export' has written, or of contacts "
+                                    "or tasks",
+                                    [&line, &forms, options] { importFile(line, *options, forms); });
     import.footer(
-        "A user who is there already keeps his settings and gets the meetings and memos besides\n"
-        "those that he has. A new one cannot log in until 'user edit --password' has given him a password.");
-    import.add_option("INPUT", *name, "The file to read; - is the standard input")->required();
+        "  tessera office.db import office.json\n"
+        "  tessera office.db import --user \"Pat Lee\" friends.vcf\n"
+        "  tessera office.db import --user \"Pat Lee\" tasks.ics\n"
+        "Of JSON, a user who is there already keeps his settings and gets what stands there besides\n"
+        "what he has. A new one cannot log in until 'user edit --password' has given him a password.");
+    import.add_option("INPUT", options->name, "The file to read; - is the standard input")->required();
+    import.add_option("--user", options->user, "Whose contacts or tasks they become");
+    addFormatOption(import, *options);
 
     CLI::App& exported =
-        line.command(line.app, "export", "Writes all users and what is theirs as JSON, without passwords",
-                     [&line, name] { exportStore(line, *name); });
-    exported.footer("  tessera office.db export --output office.json");
-    exported.add_option("--output", *name, "The file to write; without it they are printed");
+        line.command(line.app, "export",
+                     "Writes all users and what is theirs as JSON, without passwords, or somebody's contacts "
+                     "or tasks",
+                     [&line, &forms, options] { exportFile(line, *options, forms); });
+    exported.footer("  tessera office.db export --output office.json\n"
+                    "  tessera office.db export --user \"Pat Lee\" --output friends.vcf\n"
+                    "  tessera office.db export --user \"Pat Lee\" --output tasks.ics");
+    exported.add_option("--output", options->name, "The file to write; without it they are printed");
+    exported.add_option("--user", options->user, "Whose contacts or tasks");
+    addFormatOption(exported, *options);
 }
 
 } // namespace tsr

@@ -38,13 +38,19 @@ std::string completed(std::string text) {
     return text;
 }
 
+// Of a text that begins with digits as in "2026-11-23".
+std::chrono::year_month_day dateOf(const std::string& text) {
+    using namespace std::chrono;
+    return {year(number(text, 0, 4)), month(static_cast<unsigned>(number(text, 5, 2))),
+            day(static_cast<unsigned>(number(text, 8, 2)))};
+}
+
 // Seconds since 1970 on the clock that `text` was read from.
 std::int64_t parseReading(const std::string& text) {
     const std::string whole = completed(text);
     if (!matches(whole, "0000-00-00 00:00:00")) raiseNoMoment(text);
     using namespace std::chrono;
-    const year_month_day date(year(number(whole, 0, 4)), month(static_cast<unsigned>(number(whole, 5, 2))),
-                              day(static_cast<unsigned>(number(whole, 8, 2))));
+    const year_month_day date = dateOf(whole);
     const int hour = number(whole, 11, 2);
     const int minute = number(whole, 14, 2);
     const int second = number(whole, 17, 2);
@@ -85,6 +91,16 @@ std::string exactText(std::int64_t moment) {
     std::string text = readingText(moment);
     text[10] = 'T';
     return text + "Z";
+}
+
+std::chrono::year_month_day parseDate(const std::string& text) {
+    if (!matches(text, "0000-00-00") || !dateOf(text).ok())
+        throw ArgumentError("'" + text + "' is not a day such as 2026-11-23");
+    return dateOf(text);
+}
+
+std::string dateText(std::chrono::year_month_day date) {
+    return readingText(std::chrono::sys_days(date).time_since_epoch().count() * secondsPerDay).substr(0, 10);
 }
 
 int parseMinuteOfDay(const std::string& text) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 
@@ -15,6 +16,10 @@ std::int64_t parseMoment(const std::string& text, const ZoneRule& zone);
 std::string momentText(std::int64_t moment, const ZoneRule& zone); // "2026-11-23 10:00"
 std::string dateText(std::int64_t moment, const ZoneRule& zone);   // "2026-11-23"
 std::string exactText(std::int64_t moment);                        // "2026-11-23T09:00:00Z"
+
+// A day, "2026-11-23". Raises ArgumentError.
+std::chrono::year_month_day parseDate(const std::string& text);
+std::string dateText(std::chrono::year_month_day date);
 
 // A time of the day as minutes after midnight: "09:00" to "24:00". Raises ArgumentError.
 int parseMinuteOfDay(const std::string& text);

@@ -4,7 +4,9 @@
 #include <ostream>
 
 #include "tessera/commands/ArgumentError.h"
-#include "tessera/commands/TesseraCommandLine.h"
+#include "tessera/commands/ContactForm.h"
+#include "tessera/commands/MemoForm.h"
+#include "tessera/commands/TaskForm.h"
 
 namespace tsr {
 
@@ -15,7 +17,7 @@ constexpr int wrongArguments = 2;
 
 const char* const description = R"(A Tessera Server in one file.
 
-The file keeps users with their calendars, journals and mail; 'serve' answers handhelds from it, and the other
+The file keeps users with their calendars, contacts, journals, tasks and mail; 'serve' answers handhelds from it, and the other
 commands look into it and change it, also while it is being served. Begin with
   tessera office.db user add "Pat Lee" --zone Europe/Berlin --password-file secret.txt
   tessera office.db add meeting --user "Pat Lee" --start "2026-11-23 10:00" --minutes 60 --subject Lunch
@@ -34,18 +36,18 @@ void addGroup(CLI::App& app, const std::string& name, const std::string& purpose
     app.add_subcommand(name, purpose)->require_subcommand(1);
 }
 
-void addCommands(TesseraCommandLine& line) {
+void addCommands(TesseraCommandLine& line, const DocumentForms& forms) {
     addServeCommand(line);
     addGroup(line.app, "user", "Adds, edits, deletes and lists users");
-    addGroup(line.app, "list", "Lists users, meetings or memos");
-    addGroup(line.app, "show", "Shows one user, meeting or memo");
-    addGroup(line.app, "add", "Adds a meeting or a memo");
-    addGroup(line.app, "edit", "Changes a meeting or a memo");
-    addGroup(line.app, "delete", "Deletes a meeting or a memo");
+    addGroup(line.app, "list", "Lists users, or what is theirs");
+    addGroup(line.app, "show", "Shows one user, meeting, contact, memo or task");
+    addGroup(line.app, "add", "Adds a meeting, a contact, a memo or a task");
+    addGroup(line.app, "edit", "Changes a meeting, a contact, a memo or a task");
+    addGroup(line.app, "delete", "Deletes a meeting, a contact, a memo or a task");
     addUserCommands(line);
     addMeetingCommands(line);
-    addMemoCommands(line);
-    addTesseraFileCommands(line);
+    for (DocumentForm* form : forms) addDocumentCommands(line, *form);
+    addTesseraFileCommands(line, forms);
 }
 
 int parse(TesseraCommandLine& line, std::vector<std::string> arguments) {
@@ -71,7 +73,11 @@ int runTessera(const std::vector<std::string>& arguments, std::istream& in, std:
     app.require_subcommand(1);
     TesseraCommandLine line{app, in, out, err, {}, false, {}};
     app.add_option("FILE", line.file, "The file of the server")->required();
-    addCommands(line);
+    ContactForm contacts;
+    MemoForm memos;
+    TaskForm tasks;
+    const DocumentForms forms{&contacts, &memos, &tasks};
+    addCommands(line, forms);
     try {
         if (const int status = parse(line, arguments); status != 0 || !line.action) return status;
         line.action();

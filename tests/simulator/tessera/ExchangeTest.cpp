@@ -10,7 +10,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 constexpr auto handheld = ConflictRule::KeepHandheld;
-constexpr auto notes = ConflictRule::KeepNotes;
+constexpr auto copy = ConflictRule::KeepCopy;
 constexpr auto both = ConflictRule::KeepBoth;
 
 enum Outcome { Nothing, Wanted, Anomaly, Receive };
@@ -35,12 +35,12 @@ TEST(Exchange, SettlesWhatBothSidesHave) {
         {3, false, 3, handheld, Nothing, "nothing has changed"},
         {3, false, 3, both, Nothing, "the rule is for conflicts"},
         {3, true, 3, handheld, Wanted, "the handheld alone"},
-        {3, true, 3, notes, Wanted, "the handheld alone"},
+        {3, true, 3, copy, Wanted, "the handheld alone"},
         {3, true, 3, both, Wanted, "the handheld alone"},
         {3, false, 4, handheld, Receive, "Notes alone"},
         {3, false, 9, both, Receive, "Notes alone, several times"},
         {3, true, 4, handheld, Wanted, "a conflict"},
-        {3, true, 4, notes, Receive, "a conflict"},
+        {3, true, 4, copy, Wanted, "a conflict, whose loser comes as if it had won"},
         {3, true, 4, both, Anomaly, "a conflict"},
         {0, false, 1, handheld, Receive, "reset"},
         {0, false, 7, both, Receive, "reset"},
@@ -59,6 +59,14 @@ TEST(Exchange, SettlesWhatBothSidesHave) {
                                     row.rule)),
                   row.outcome);
     }
+}
+
+TEST(Exchange, CopiesTheLosersOfConflictsAlone) {
+    const std::vector<KnownItem> known{
+        {{"db", "a"}, 1, true}, {{"db", "b"}, 1, true}, {{"db", "c"}, 1, false}};
+    const std::vector<DocumentVersion> documents{{"a", 2}, {"b", 1}, {"c", 2}};
+    EXPECT_THAT(compare(known, "db", documents, copy).copied, ElementsAre("a"));
+    EXPECT_THAT(compare(known, "db", documents, both).copied, IsEmpty());
 }
 
 TEST(Exchange, GivesWhatTheHandheldDoesNotKnowInTheOrderOfTheDocuments) {

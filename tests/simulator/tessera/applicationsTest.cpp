@@ -14,6 +14,9 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
+// A document is what the handheld has sent.
+Properties adoptAll(const Properties&, const Properties& sent) { return sent; }
+
 const std::string noDbid(16, '0');
 const std::string noUnid(32, '0');
 
@@ -22,6 +25,7 @@ const std::string noUnid(32, '0');
 const Application cards{.databaseKind = "journal",
                         .documentKind = "card",
                         .commands = addressCommands,
+                        .adopt = adoptAll,
                         .infoStrings = 2,
                         .itemStrings = 4,
                         .countsDeletions = true,
@@ -31,6 +35,7 @@ const Application cards{.databaseKind = "journal",
 const Application tasks{.databaseKind = "journal",
                         .documentKind = "task",
                         .commands = toDoCommands,
+                        .adopt = adoptAll,
                         .infoStrings = 2,
                         .itemStrings = 2};
 
@@ -90,15 +95,60 @@ TEST_F(ApplicationsTest, CountsDeletions) {
     EXPECT_THAT(ask(cards, 191, {}), ElementsAre("0"));
 }
 
-TEST_F(ApplicationsTest, KeepsNotesVersionWithoutAnomalies) {
-    const std::string unid = store.addDocument(journal.id, "task", {}).unid;
-    store.changeDocument(journal.id, unid, {{"a", {"b"}}});
-    const std::string token = ask(tasks, 172, {"0", "S", "", "", journal.dbid, unid, "1", "2"}).at(0);
+// A conflict under "S" where there is no request for anomalies.
+class CopyTest : public ApplicationsTest {
+protected:
+    CopyTest() : unid(store.addDocument(journal.id, "task", {}).unid) {
+        store.changeDocument(journal.id, unid, {{"a", {"Notes"}}});
+        token = inform();
+    }
+
+    std::string inform() { return ask(tasks, 172, {"0", "S", "", "", journal.dbid, unid, "1", "2"}).at(0); }
+    std::vector<std::string> send(const std::string& property) {
+        return ask(tasks, 176, {token, journal.dbid, unid, "", "", property});
+    }
+    std::vector<std::string> receive(const std::string& index) {
+        return ask(tasks, 177, {token, index, "1"});
+    }
+
+    std::string unid;
+    std::string token;
+};
+
+TEST_F(CopyTest, WantsTheHandheldsVersionAndKeepsBoth) {
     EXPECT_THAT(ask(tasks, 170, {token}), ElementsAre("0"));
-    EXPECT_THAT(ask(tasks, 165, {token}), ElementsAre("0"));
-    EXPECT_THAT(ask(tasks, 168, {token}), ElementsAre("1"));
-    EXPECT_THAT(ask(tasks, 177, {token, "0", "1"}),
-                ElementsAre("a=b", "DBID=" + journal.dbid, "UNID=" + unid, "SeqNum=2"));
+    EXPECT_THAT(ask(tasks, 164, {token, "0", "9"}), ElementsAre("1", journal.dbid, unid));
+    EXPECT_THAT(ask(tasks, 168, {token}), ElementsAre("0")); // not before the handheld's version is here
+    EXPECT_THAT(send("a=handheld"), ElementsAre(journal.dbid, unid, "2"));
+    EXPECT_THAT(ask(tasks, 168, {token}), ElementsAre("2"));
+    const auto documents = store.documents(journal.id, "task");
+    ASSERT_EQ(documents.size(), 2u);
+    EXPECT_THAT(receive("0"), ElementsAre("a=Notes", "DBID=" + journal.dbid, "UNID=" + unid, "SeqNum=2"));
+    EXPECT_THAT(receive("1"),
+                ElementsAre("a=handheld", "DBID=" + journal.dbid, "UNID=" + documents[1].unid, "SeqNum=1"));
+}
+
+TEST_F(CopyTest, TakesAVersionThatIsSentTwiceOnce) {
+    send("a=handheld");
+    EXPECT_THAT(send("a=handheld"), ElementsAre(journal.dbid, unid, "2"));
+    EXPECT_EQ(store.documents(journal.id, "task").size(), 2u);
+    EXPECT_THAT(ask(tasks, 168, {token}), ElementsAre("2"));
+}
+
+TEST_F(CopyTest, MakesNoCopyOfAnEqualVersion) {
+    EXPECT_THAT(send("a=Notes"), ElementsAre(journal.dbid, unid, "2"));
+    EXPECT_EQ(store.documents(journal.id, "task").size(), 1u);
+    EXPECT_THAT(ask(tasks, 168, {token}), ElementsAre("0"));
+}
+
+TEST_F(CopyTest, GivesEachOnceWhenTheSessionBeforeBrokeOff) {
+    send("a=handheld");
+    session.newDocuments.clear(); // as with a new session
+    token = inform();
+    EXPECT_THAT(ask(tasks, 168, {token}), ElementsAre("1")); // the copy, which no handheld knows
+    send("a=handheld");
+    EXPECT_EQ(store.documents(journal.id, "task").size(), 2u);
+    EXPECT_THAT(ask(tasks, 168, {token}), ElementsAre("2"));
 }
 
 TEST_F(ApplicationsTest, KeepsApplicationsApart) {
@@ -117,7 +167,7 @@ TEST(Applications, AreServedUnderCodesOfTheirOwn) {
             EXPECT_FALSE(route.beforeAuthentication);
         }
     }
-    EXPECT_EQ(codes.size(), 12u);
+    EXPECT_EQ(codes.size(), 12u + 12u + 11u); // contacts, memos, and tasks, which have no anomalies
 }
 
 } // namespace

@@ -356,10 +356,96 @@ TEST_F(RunTesseraTest, AsksForMoreDigitsWhenSeveralMemosBeginWithThem) {
                   "several memos begin with '" + twice + "'; give more digits");
 }
 
+TEST_F(RunTesseraTest, AddsEditsListsAndDeletesContacts) {
+    addUser("Ann");
+    EXPECT_EQ(
+        run({"add", "contact", "--user", "Ann", "--last-name", "Muster", "--first-name", "Max", "--work", "1",
+             "--mobile", "2", "--mobile", "3", "--display", "mobile", "--category", "Business"}),
+        0)
+        << err;
+    const std::string id = out.substr(std::string("added contact ").size(), 8);
+    EXPECT_EQ(run({"list", "contacts", "--user", "Ann"}), 0);
+    EXPECT_EQ(out, "ID        NAME         COMPANY  PHONE  CATEGORIES\n" + id
+                       + "  Muster, Max           2      Business\n");
+    EXPECT_EQ(run({"edit", "contact", "--user", "Ann", id, "--work", "", "--note", "old friend"}), 0) << err;
+    EXPECT_EQ(run({"show", "contact", "--user", "Ann", id}), 0);
+    EXPECT_THAT(out, HasSubstr("Phone, mobile (displayed)  2, 3\n"));
+    EXPECT_THAT(out, HasSubstr("\n\nold friend\n"));
+    EXPECT_THAT(out, Not(HasSubstr("work")));
+    expectFailure(2, {"edit", "contact", "--user", "Ann", id, "--display", "phone"},
+                  "'phone' is not a kind of phone");
+    EXPECT_EQ(run({"delete", "contact", "--user", "Ann", id}), 0);
+    EXPECT_EQ(run({"list", "contacts", "--user", "Ann", "--json"}), 0);
+    EXPECT_EQ(out, "[]\n");
+}
+
+TEST_F(RunTesseraTest, AddsEditsListsAndDeletesTasks) {
+    addUser("Ann");
+    EXPECT_EQ(run({"add", "task", "--user", "Ann", "--subject", "Call Kim", "--due", "2026-11-30",
+                   "--priority", "high", "--note", "soon"}),
+              0)
+        << err;
+    const std::string id = out.substr(std::string("added task ").size(), 8);
+    EXPECT_EQ(run({"list", "tasks", "--user", "Ann"}), 0);
+    EXPECT_EQ(out, "ID        DONE  PRIORITY  DUE         SUBJECT   CATEGORIES\n" + id
+                       + "        high      2026-11-30  Call Kim  \n");
+    EXPECT_EQ(
+        run({"edit", "task", "--user", "Ann", id, "--completed", "--due", "", "--repeats", "FREQ=DAILY"}), 0)
+        << err;
+    EXPECT_EQ(run({"show", "task", "--user", "Ann", id, "--json"}), 0);
+    const auto task = nlohmann::json::parse(out);
+    EXPECT_EQ(task["subject"], "Call Kim");
+    EXPECT_EQ(task["note"], "soon");
+    EXPECT_EQ(task["priority"], "high");
+    EXPECT_EQ(task["completed"], true);
+    EXPECT_EQ(task["private"], false);
+    EXPECT_EQ(task["repeats"], "FREQ=DAILY");
+    EXPECT_FALSE(task.contains("due"));
+    expectFailure(2, {"add", "task", "--user", "Ann", "--subject", "a", "--due", "2026-02-30"},
+                  "'2026-02-30' is not a day");
+    expectFailure(2, {"add", "task", "--user", "Ann", "--subject", "a", "--priority", "7"},
+                  "'7' is not a priority");
+    expectFailure(1, {"add", "task", "--user", "Ann", "--subject", "a", "--due", "1992-12-31"},
+                  "a task must be due after 1993-01-01");
+    expectFailure(2, {"add", "task", "--user", "Ann"}, "--subject is required");
+    EXPECT_EQ(run({"delete", "task", "--user", "Ann", id}), 0);
+    EXPECT_EQ(out, "deleted task " + id + "\n");
+}
+
+TEST_F(RunTesseraTest, TakesAndGivesContactsAndTasksOfOtherPrograms) {
+    addUser("Ann");
+    const std::string cards = "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Pat Lee\r\nN:Lee;Pat;;;\r\n"
+                              "TEL;TYPE=cell,pref:555\r\nEND:VCARD\r\n";
+    EXPECT_EQ(run({"import", "--user", "Ann", writeFile("friends.vcf", cards)}), 0) << err;
+    EXPECT_EQ(run({"export", "--user", "Ann", "--format", "vcard3"}), 0);
+    EXPECT_EQ(out, cards);
+    const std::string tasks = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VTODO\r\nSUMMARY:Call Kim\r\n"
+                              "DUE;VALUE=DATE:20261130\r\nEND:VTODO\r\nEND:VCALENDAR\r\n";
+    EXPECT_EQ(run({"import", "--user", "Ann", writeFile("tasks.ics", tasks)}), 0) << err;
+    EXPECT_EQ(run({"export", "--user", "Ann", "--format", "icalendar"}), 0);
+    EXPECT_THAT(out, HasSubstr("SUMMARY:Call Kim\r\nDUE;VALUE=DATE:20261130\r\n"));
+
+    expectFailure(2, {"import", folder + "/friends.vcf"}, "--user tells whose these become");
+    expectFailure(2, {"export", "--format", "vcard"}, "--user tells whose these are to be");
+    expectFailure(1, {"import", "--user", "Bob", folder + "/friends.vcf"}, "there is no user 'Bob'");
+    expectFailure(1, {"import", "--user", "Ann", writeFile("bad.vcf", cards + "BEGIN:VCARD\r\n")},
+                  "cannot be imported: line 7: the card has no end");
+    expectFailure(1, {"import", "--user", "Ann", writeFile("bad.ics", "x")}, "not iCalendar");
+    Store store(file);
+    EXPECT_EQ(store.documents(store.database(store.findUser("Ann")->id, "contacts").id, "contact").size(),
+              1u);
+}
+
 TEST_F(RunTesseraTest, ExportsWhatItImports) {
     addUser("Ann");
     addMeeting("Ann", "2026-11-23 12:00", "M\xC3\xBCller");
     addMemo({"--subject", "Shopping", "--body", "Milk\nBread", "--category", "Home"});
+    EXPECT_EQ(run({"add", "contact", "--user", "Ann", "--last-name", "Lee", "--note", "a", "--custom2", "b",
+                   "--home", "1", "--home", "2", "--display", "home"}),
+              0);
+    EXPECT_EQ(run({"add", "task", "--user", "Ann", "--subject", "Call", "--due", "2026-11-30", "--private",
+                   "--priority", "none", "--repeats", "FREQ=DAILY", "--category", "Home"}),
+              0);
     const std::string exported = folder + "/office.json";
     EXPECT_EQ(run({"export", "--output", exported}), 0);
     EXPECT_EQ(run({"export"}), 0);
@@ -402,6 +488,10 @@ TEST_F(RunTesseraTest, ImportsAllOrNothing) {
         R"({"users": [{"name": "Bob", "meetings": [{"start": "soon", "minutes": 1}]}]})",
         R"({"users": [{"name": "Bob", "memos": [{"subject": "a\nb"}]}]})",
         R"({"users": [{"name": "Bob", "memos": [{"categories": "Home"}]}]})",
+        R"({"users": [{"name": "Bob", "contacts": [{"phones": {"car": ["1"]}}]}]})",
+        R"({"users": [{"name": "Bob", "contacts": [{"lastName": 1}]}]})",
+        R"({"users": [{"name": "Bob", "tasks": [{"due": "soon"}]}]})",
+        R"({"users": [{"name": "Bob", "tasks": [{"priority": 1}]}]})",
         R"({"users": [{"name": "Bob", "meetings": [{"start": "2026-11-23", "minutes": 1, "subject": "a\u0000b"}]}]})",
     };
     for (const char* text : rows) {
