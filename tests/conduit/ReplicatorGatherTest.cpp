@@ -148,6 +148,7 @@ TEST_F(ReplicatorGather, WhatAnEarlierSessionCouldNotSendComesBack) {
     script.wanted = {test::pipelineItem(1)};
     EXPECT_THAT(run(), ElementsAre("info 1:1+", "item 1: 0=Cream (whole)"));
     script.wanted.clear();
+    edit(1, "Cream"); // its CRC is up to date, though it was read by its id
     EXPECT_THAT(run(), ElementsAre("info 1:40"));
 }
 

@@ -217,6 +217,23 @@ TEST_F(ReplicatorSend, AnAnomalyMayKeepItsIdentity) {
     EXPECT_THAT(run(), ElementsAre("info 1:50"));
 }
 
+TEST_F(ReplicatorSend, AnAnomalyWithABadIdentityIsTriedAgain) {
+    add("Milk");
+    run();
+    edit(1, "Cream");
+    script.anomalies = {pipelineItem(1)};
+    script.badUnid = "x";
+    EXPECT_THAT(run(), ElementsAre("info 1:1+", "anomaly 1: 0=Cream (whole)"));
+    EXPECT_THAT(warnings(), ElementsAre("** An error ocurred whilst sending the item with subject '0=Cream "
+                                        "(whole)' to Notes.",
+                                        "**** 'x' is an invalid representation of a UNID.",
+                                        "****** The character 'x' is not valid in a hexadecimal string."));
+    script.badUnid.clear();
+    EXPECT_THAT(run(), ElementsAre("info 1:1+", "anomaly 1: 0=Cream (whole)"));
+    script.anomalies.clear();
+    EXPECT_THAT(run(), ElementsAre("info 1:50"));
+}
+
 TEST_F(ReplicatorSend, ACopyThatIsDoneAtOnceTakesOneCall) {
     run();
     EXPECT_EQ(handheldFunctionCallCount("SyncCallRemoteModule"), 1U);
