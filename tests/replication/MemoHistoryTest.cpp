@@ -5,6 +5,7 @@
 #include <random>
 #include <set>
 
+#include "handheld/CategoryTable.h"
 #include "replication/MemoReplicationTest.h"
 
 namespace tsr {
@@ -58,7 +59,7 @@ private:
         for (const HandheldRecord& record : database().records().all()) {
             if (!record.isGone()) live.push_back(record);
         }
-        const std::uint32_t what = live.empty() ? 0 : pick(8);
+        const std::uint32_t what = live.empty() ? 0 : pick(9);
         if (what <= 2) {
             const std::vector<std::uint8_t> text = memoText();
             news.added[database().addRecord(text, namedSlot())] = keyOf(text);
@@ -78,16 +79,14 @@ private:
             database().deleteRecord(record.id);
             news.added.erase(record.id);
             return;
-        default: archive(record, news);
+        case 7: archive(record, news); return;
+        default: nameCategory();
         }
     }
 
     // A copy without words could not be told from others.
     void archive(const HandheldRecord& record, News& news) {
-        if (keyOf(record.data) == emptyMemo) {
-            nameCategory();
-            return;
-        }
+        if (keyOf(record.data) == emptyMemo) return;
         database().archiveRecord(record.id);
         news.archived.insert(keyOf(record.data));
         news.added.erase(record.id);
@@ -97,23 +96,19 @@ private:
     void nameCategory() {
         static constexpr const char* names[] = {"Attic", "Boat"};
         const std::string name = names[pick(2)];
-        std::vector<std::uint8_t> block = *database().appInfo();
-        std::size_t slot = 0;
-        for (; nameIn(block, slot) != ""; ++slot) {
-            if (nameIn(block, slot) == name) return;
+        CategoryTable table(database());
+        std::uint8_t slot = 0;
+        for (; !table.name(slot).empty(); ++slot) {
+            if (table.name(slot) == name) return;
         }
-        std::copy(name.begin(), name.end(), block.begin() + static_cast<std::ptrdiff_t>(2 + 16 * slot));
-        database().setAppInfo(block);
-    }
-
-    static std::string nameIn(const std::vector<std::uint8_t>& block, std::size_t slot) {
-        return reinterpret_cast<const char*>(block.data() + 2 + 16 * slot);
+        table.rename(slot, name);
     }
 
     // One that the user can choose: none, or a category with a name.
     std::uint8_t namedSlot() {
-        std::uint32_t named = 0;
-        while (!nameIn(*database().appInfo(), named).empty()) ++named;
+        const CategoryTable table(database());
+        std::uint8_t named = 0;
+        while (!table.name(named).empty()) ++named;
         return static_cast<std::uint8_t>(pick(2) == 0 ? 0 : pick(named));
     }
 
