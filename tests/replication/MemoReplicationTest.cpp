@@ -170,6 +170,32 @@ TEST_F(MemoReplication, ManyMemosComeInSeveralPasses) {
     EXPECT_EQ(database().records().size(), 1200U);
 }
 
+TEST_F(MemoReplication, ADamagedStateEndsTheSessionAndNothingIsTouched) {
+    const std::uint32_t milk = add("Milk");
+    office->add({.subject = "Lunch", .body = "", .categories = {}});
+    syncAndSettle();
+    edit(milk, "Cream");
+    HandheldDatabase& state = *handheld.find("MemoSync");
+    const HandheldDatabase before = state;
+    for (const HandheldRecord& record : before.records().all()) {
+        if (record.category == 4) state.writeRecord(record.id, 4, false, {0, 1}); // no whole entry
+    }
+    const std::vector<HandheldRecord> records = database().records().all();
+    const Strings versions = versionsInNotes();
+    hotSync();
+    ASSERT_GE(hotSyncLogCount(), 3U);
+    EXPECT_THAT(hotSyncLogText(1), testing::StrEq("** An unrecoverable error occurred whilst retrieving the "
+                                                  "replication state from the Palm device."));
+    EXPECT_THAT(hotSyncLogText(2),
+                testing::MatchesRegex("\\*\\*\\*\\* CRC record with UID=[0-9]+ has an invalid "
+                                      "length\\."));
+    EXPECT_EQ(database().records().all(), records);
+    EXPECT_EQ(versionsInNotes(), versions);
+    state = before;
+    syncAndSettle();
+    EXPECT_THAT(inNotes(), ElementsAre("Cream | Cream | ", "Lunch |  | "));
+}
+
 // The call that was made to fail; empty where the session ended before its turn.
 std::string failedCall() {
     for (std::uint64_t index = 0; index < handheldTraceCount(); ++index) {

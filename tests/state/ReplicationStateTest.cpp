@@ -338,6 +338,10 @@ TEST_F(ReplicationStateTest, FillsABlockBeforeItStartsAnother) {
     EXPECT_EQ(fresh.entry(item(0)).seqNumBlockSuid(), 0);
     EXPECT_EQ(fresh.entry(item(14)).seqNumBlockSuid(), 0);
     EXPECT_EQ(fresh.entry(item(15)).seqNumBlockSuid(), -1);
+    // The 18th sequence number block has room, but belongs to the first UNID block.
+    EXPECT_EQ(fresh.entry(item(255)).seqNumBlockSuid(), -17);
+    EXPECT_EQ(fresh.entry(item(256)).seqNumBlockSuid(), -18);
+    EXPECT_EQ(fresh.seqNumBlockOf(fresh.entry(item(256))).unidBlockSuid(), -1);
 }
 
 TEST_F(ReplicationStateTest, KeepsACurrentBlockOfAnotherDatabase) {
@@ -471,6 +475,17 @@ TEST_F(ReplicationStateTest, ResolvesDeletions) {
     fresh.resolveDeletions();
     fresh.listDeletedItems(deleted);
     EXPECT_THAT(deleted, ElementsAre(item(1), item(2)));
+}
+
+TEST_F(ReplicationStateTest, ResolvesADeletionWhoseStubIsToGo) {
+    ReplicationState& fresh = read();
+    fresh.addDeletionStub(0x10);
+    fresh.addEntry(version(1, 1), 0, {{0x10, 0, 0, false}});
+    EXPECT_TRUE(fresh.deletionStubs().at(0x10).removed);
+    fresh.resolveDeletions();
+    std::vector<ItemId> deleted;
+    fresh.listDeletedItems(deleted);
+    EXPECT_THAT(deleted, ElementsAre(item(1)));
 }
 
 TEST_F(ReplicationStateTest, ListsItsItemsForTheServer) {
