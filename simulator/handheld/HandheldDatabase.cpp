@@ -29,6 +29,15 @@ bool HandheldDatabase::moveRecord(std::uint32_t id, std::uint8_t category) {
     return true;
 }
 
+bool HandheldDatabase::markSecret(std::uint32_t id, bool secret) {
+    HandheldRecord* record = findLive(id);
+    if (!record) return false;
+    record->attributes &= static_cast<std::uint8_t>(~HandheldRecord::secret);
+    record->attributes |= HandheldRecord::dirty | (secret ? HandheldRecord::secret : 0);
+    noteChange();
+    return true;
+}
+
 bool HandheldDatabase::deleteRecord(std::uint32_t id) {
     HandheldRecord* record = findLive(id);
     if (!record) return false;

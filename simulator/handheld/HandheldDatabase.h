@@ -50,12 +50,13 @@ public:
     const std::string& name() const { return header_.name; }
     const RecordList& records() const { return records_; }
 
-    // As the user's fingers do it: the record is dirty afterwards. The last four answer false when there is
-    // no such record, or when it has been deleted or archived.
+    // As the user's fingers do it: the record is dirty afterwards. All but the first answer false when there
+    // is no such record, or when it has been deleted or archived.
     std::uint32_t addRecord(std::vector<std::uint8_t> data, std::uint8_t category = 0,
                             std::uint8_t attributes = 0); // gives the id, 0 when the database is full
     bool editRecord(std::uint32_t id, std::vector<std::uint8_t> data);
     bool moveRecord(std::uint32_t id, std::uint8_t category);
+    bool markSecret(std::uint32_t id, bool secret);
     bool deleteRecord(std::uint32_t id); // leaves a record without data, for the desktop to see
     bool archiveRecord(std::uint32_t id);
 

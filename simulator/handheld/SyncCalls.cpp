@@ -16,6 +16,7 @@ void SyncCalls::mend() {
     faults_.clear();
     functionFaults_.clear();
     cablePulledAt_.reset();
+    moduleAnswer_.reset();
 }
 
 void SyncCalls::restart() {

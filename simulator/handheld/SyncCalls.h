@@ -19,8 +19,11 @@ public:
     void failCall(const std::string& function, std::uint64_t number,
                   std::int32_t code);     // the n-th of that function
     void pullCable(std::uint64_t number); // that call and all behind it fail with connectionLost
-    void mend();                          // takes all orders back
-    void restart();                       // counts from 1 again and forgets the trace; orders stay
+    // The remote module answers so and does nothing else.
+    void answerModule(std::vector<std::uint8_t> result) { moduleAnswer_ = std::move(result); }
+    const std::optional<std::vector<std::uint8_t>>& moduleAnswer() const { return moduleAnswer_; }
+    void mend();    // takes all orders back
+    void restart(); // counts from 1 again and forgets the trace; orders stay
 
     std::uint64_t count() const { return count_; }
     std::uint64_t count(const std::string& function) const;
@@ -49,6 +52,7 @@ private:
     std::map<std::uint64_t, std::int32_t> faults_;
     std::map<std::pair<std::string, std::uint64_t>, std::int32_t> functionFaults_;
     std::optional<std::uint64_t> cablePulledAt_;
+    std::optional<std::vector<std::uint8_t>> moduleAnswer_;
     bool tracing_ = false;
     std::vector<std::string> trace_;
 };

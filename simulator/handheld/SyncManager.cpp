@@ -360,8 +360,10 @@ std::int32_t SyncManager::callRemoteModule(RemoteModuleBlock* block) {
         if (!isRemoteModule(block->creator, block->type)) return syncResult::notFound;
         // The module opens the databases that it works on, so the desktop must have let go of them.
         if (!open_.empty()) return syncResult::alreadyOpen;
-        const RemoteModuleAnswer answer =
-            runRemoteModule(handheld_, block->actionCode, copyOf(block->parameter, block->parameterSize));
+        const RemoteModuleAnswer answer = calls_.moduleAnswer()
+                                            ? RemoteModuleAnswer{0, *calls_.moduleAnswer()}
+                                            : runRemoteModule(handheld_, block->actionCode,
+                                                              copyOf(block->parameter, block->parameterSize));
         block->resultCode = answer.code;
         block->resultSize = static_cast<std::uint32_t>(answer.result.size());
         copyFitting(answer.result, block->resultBuffer, block->resultBufferSize);

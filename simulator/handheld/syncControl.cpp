@@ -37,6 +37,11 @@ void handheldPullCable(std::uint64_t number) {
     if (auto* calls = attached().calls()) calls->pullCable(number);
 }
 
+void handheldAnswerModule(const void* result, std::uint32_t size) {
+    const auto* bytes = static_cast<const std::uint8_t*>(result);
+    if (auto* calls = attached().calls()) calls->answerModule({bytes, bytes + size});
+}
+
 void handheldMend() {
     if (auto* calls = attached().calls()) calls->mend();
 }

@@ -41,7 +41,8 @@ TSR_EXPORT const char* handheldError();
 TSR_EXPORT void handheldFailCall(std::uint64_t number, std::int32_t code);
 TSR_EXPORT void handheldFailFunction(const char* function, std::uint64_t number, std::int32_t code);
 TSR_EXPORT void handheldPullCable(std::uint64_t number); // this call and all behind it fail with 0x10006410
-TSR_EXPORT void handheldMend();                          // takes all orders back
+TSR_EXPORT void handheldAnswerModule(const void* result, std::uint32_t size); // in place of the module's work
+TSR_EXPORT void handheldMend();                                               // takes all orders back
 TSR_EXPORT void handheldRestartCount(); // counts from 1 again and forgets the trace; orders stay
 
 TSR_EXPORT std::uint64_t handheldCallCount();

@@ -2,7 +2,6 @@
 
 #include "applications/singleRecord.h"
 #include "records/memoJournal.h"
-#include "server/ReplicatorImpl.h"
 #include "server/commands.h"
 
 namespace tsr {
@@ -30,16 +29,15 @@ CountedPtr<NotesApplicationRecord> MemoReplicator::convertToNotes(const PalmReco
 }
 
 void MemoReplicator::fetchAnomalies(const std::string& token, std::vector<ItemId>& out) {
-    ReplicatorImpl::fetchItemIds(server(), token, memoCommands.countAnomalies, memoCommands.fetchAnomalies,
-                                 out);
+    fetchItemIds(server(), token, memoCommands.countAnomalies, memoCommands.fetchAnomalies, out);
 }
 
 void MemoReplicator::fetchDeletedInNotes(const std::string& token, std::vector<ItemId>& out) {
-    ReplicatorImpl::fetchItemIds(server(), token, memoCommands.countDeleted, memoCommands.fetchDeleted, out);
+    fetchItemIds(server(), token, memoCommands.countDeleted, memoCommands.fetchDeleted, out);
 }
 
 void MemoReplicator::fetchWantedItems(const std::string& token, std::vector<ItemId>& out) {
-    ReplicatorImpl::fetchItemIds(server(), token, memoCommands.countWanted, memoCommands.fetchWanted, out);
+    fetchItemIds(server(), token, memoCommands.countWanted, memoCommands.fetchWanted, out);
 }
 
 void MemoReplicator::receiveItem(const std::string& className, const std::string& token,
@@ -48,7 +46,7 @@ void MemoReplicator::receiveItem(const std::string& className, const std::string
 }
 
 void MemoReplicator::listItemsToReceive(const std::string& token, std::vector<std::string>& handles) {
-    ReplicatorImpl::listItemIndices(server(), token, memoCommands.countToReceive, handles);
+    listItemIndices(server(), token, memoCommands.countToReceive, handles);
 }
 
 ItemVersion MemoReplicator::sendAnomalyItem(const std::string& token, const ItemId& itemId,
@@ -59,7 +57,7 @@ ItemVersion MemoReplicator::sendAnomalyItem(const std::string& token, const Item
 
 ItemVersion MemoReplicator::sendItem(const std::string&, const std::string& token, const ItemId& itemId,
                                      const NotesApplicationRecord& record) {
-    return ReplicatorImpl::sendMemoItem(server(), token, itemId, itemOf(record));
+    return sendMemoItem(server(), token, itemId, itemOf(record));
 }
 
 void MemoReplicator::sendDeletionList(const std::vector<ItemId>& items, std::vector<ItemId>& deleted) {

@@ -6,11 +6,12 @@
 #include "applications/ApplicationCategories.h"
 #include "applications/MemoApplicationTraits.h"
 #include "conduit/Replicator.h"
+#include "server/ReplicatorImpl.h"
 
 namespace tsr {
 
 // Memo Pad and the Notes journal: an entry is one memo.
-class MemoReplicator : public Replicator {
+class MemoReplicator : public Replicator, public ReplicatorImpl {
 public:
     explicit MemoReplicator(const CountedPtr<PalmProxy>& palm);
 

@@ -101,17 +101,15 @@ void Replicator::gatherOrdinaryRecord(PalmRecordBuffer& buffer) {
     const std::uint32_t uid = buffer.recordId();
     SyncEntry* const entry = state().findEntryByUid(keyOf(uid));
     const Record record = readRecord(buffer, uid, false);
-    if (entry == nullptr || isUnreadable(*record)) {
-        modified_[uid] = record;
-        return;
-    }
-    if (record->syncEntryUserData()
-        != entry->userData()) { // the entry is written back, the record not sent for it
+    if (entry != nullptr
+        && record->syncEntryUserData()
+               != entry->userData()) { // the entry is written back, the record not sent for it
         entry->setUserData(record->syncEntryUserData());
         state().seqNumBlockOf(*entry).dirty = true;
         entry->setAttributesChanged();
     }
-    if (record->crc() != entry->crcOfUid(keyOf(uid)) || record->category() != entry->category()) {
+    if (entry == nullptr || isUnreadable(*record) || record->crc() != entry->crcOfUid(keyOf(uid))
+        || record->category() != entry->category()) {
         modified_[uid] = record;
     }
 }

@@ -104,6 +104,7 @@ struct PipelineScript {
     bool keepsDeletions = false;                     // the server deletes nothing
     std::uint32_t nextItem = 1;                      // for new items
     std::map<std::string, std::uint32_t> newUnids{}; // of anomalies, by the number of the item
+    std::string badUnid{};                           // of every anomaly
     std::function<void(const std::string&)> onSend = [](const std::string&) {};
     std::function<void()> beforeRewrite = [] {};
     std::vector<std::string> events;
@@ -154,6 +155,7 @@ protected:
     ItemVersion sendAnomalyItem(const std::string&, const ItemId& itemId,
                                 const NotesApplicationRecord& record, std::string& newUnid) override {
         note("anomaly " + itemNumber(itemId) + ": " + record.description());
+        newUnid = script_.badUnid;
         const auto found = script_.newUnids.find(itemNumber(itemId));
         if (found == script_.newUnids.end()) return ItemVersion(itemId, 50);
         newUnid = pipelineItem(found->second).unidText();

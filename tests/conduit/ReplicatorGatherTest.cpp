@@ -119,6 +119,18 @@ TEST_F(ReplicatorGather, AKnownRecordThatBecameUnreadableIsKept) {
     EXPECT_THAT(run(), ElementsAre("info 1:1+", "item 1: 0=Cream (whole)"));
 }
 
+// It stands there without user data, as it has no field of its own.
+TEST_F(ReplicatorGather, AnUnreadableRecordTakesTheUserDataOfItsEntry) {
+    add("Milk");
+    run();
+    setAttributes(1, HandheldRecord::secret);
+    run();
+    EXPECT_EQ(stateRecords(2).at(0).substr(18, 2), "50");
+    ASSERT_TRUE(database.editRecord(1, test::bytes("4D")));
+    EXPECT_THAT(run(), ElementsAre("info 1:1+"));
+    EXPECT_EQ(stateRecords(2).at(0).substr(18, 2), "00");
+}
+
 TEST_F(ReplicatorGather, AnArchivedRecordIsSentFromItsCopy) {
     add("Milk");
     run();
@@ -136,6 +148,7 @@ TEST_F(ReplicatorGather, WhatAnEarlierSessionCouldNotSendComesBack) {
     script.wanted = {test::pipelineItem(1)};
     EXPECT_THAT(run(), ElementsAre("info 1:1+", "item 1: 0=Cream (whole)"));
     script.wanted.clear();
+    edit(1, "Cream"); // its CRC is up to date, though it was read by its id
     EXPECT_THAT(run(), ElementsAre("info 1:40"));
 }
 

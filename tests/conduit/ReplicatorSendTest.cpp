@@ -1,7 +1,8 @@
 // Telling the server what changed, and answering its requests.
 
-#include "conduit/PipelineTest.h"
+#include <algorithm>
 
+#include "conduit/PipelineTest.h"
 #include "foundation/ServerRequestError.h"
 
 namespace tsr {
@@ -216,6 +217,23 @@ TEST_F(ReplicatorSend, AnAnomalyMayKeepItsIdentity) {
     EXPECT_THAT(run(), ElementsAre("info 1:50"));
 }
 
+TEST_F(ReplicatorSend, AnAnomalyWithABadIdentityIsTriedAgain) {
+    add("Milk");
+    run();
+    edit(1, "Cream");
+    script.anomalies = {pipelineItem(1)};
+    script.badUnid = "x";
+    EXPECT_THAT(run(), ElementsAre("info 1:1+", "anomaly 1: 0=Cream (whole)"));
+    EXPECT_THAT(warnings(), ElementsAre("** An error ocurred whilst sending the item with subject '0=Cream "
+                                        "(whole)' to Notes.",
+                                        "**** 'x' is an invalid representation of a UNID.",
+                                        "****** The character 'x' is not valid in a hexadecimal string."));
+    script.badUnid.clear();
+    EXPECT_THAT(run(), ElementsAre("info 1:1+", "anomaly 1: 0=Cream (whole)"));
+    script.anomalies.clear();
+    EXPECT_THAT(run(), ElementsAre("info 1:50"));
+}
+
 TEST_F(ReplicatorSend, ACopyThatIsDoneAtOnceTakesOneCall) {
     run();
     EXPECT_EQ(handheldFunctionCallCount("SyncCallRemoteModule"), 1U);
@@ -228,6 +246,45 @@ TEST_F(ReplicatorSend, ACopyGoesOnUntilTheDeviceIsDone) {
     run();
     EXPECT_EQ(handheldFunctionCallCount("SyncCallRemoteModule"), 2U);
     EXPECT_EQ(database.records().size(), 501U);
+}
+
+TEST_F(ReplicatorSend, ReadsTheAnswerOfACopy) {
+    const std::string strings = "The return value from copying application records from the sync database ";
+    const std::pair<std::string, std::string> rows[] = {
+        {"0 17 ", ""}, // blanks stand for NULs
+        {"5 17 ", ""}, // complete, whatever the first is
+        {"", strings + "contains 0 strings."},
+        {"17 ", strings + "contains 1 strings."},
+        {"0 17 0 ", strings + "contains 3 strings."},
+        {"0 17", "Null terminator not found in string."},
+        {"1 0 ", strings + "is (1, 0)."},
+        {"0 5 ", strings + "is (0, 5)."},
+        {"17 1 ", strings + "is (17, 1)."},
+        {"0 x ", "Cannot convert string 'x' to unsigned."},
+    };
+    for (const auto& [answer, cause] : rows) {
+        SCOPED_TRACE(answer);
+        std::string bytes = answer;
+        std::replace(bytes.begin(), bytes.end(), ' ', '\0');
+        handheldAnswerModule(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
+        run();
+        EXPECT_EQ(handheldFunctionCallCount("SyncCallRemoteModule"), 1U);
+        if (cause.empty()) {
+            EXPECT_THAT(warnings(), IsEmpty());
+        } else {
+            EXPECT_THAT(warnings(),
+                        ElementsAre("** An unrecoverable error occurred whilst copying application "
+                                    "record from the sync database to the application datebase.",
+                                    "**** " + cause, "aborted"));
+        }
+    }
+}
+
+TEST_F(ReplicatorSend, ADeviceThatNeverEndsItsCopyEndsTheSession) {
+    handheldAnswerModule("0\0000", 4); // "0" and "0": there is more
+    run();
+    EXPECT_EQ(handheldFunctionCallCount("SyncCallRemoteModule"), 65536U);
+    EXPECT_EQ(warnings().back(), "aborted");
 }
 
 TEST_F(ReplicatorSend, ACopyThatFailsEndsTheSession) {

@@ -293,6 +293,29 @@ TEST_F(ReplicationStateTest, RaisesForWhatItDoesNotKnow) {
               "Cannot find replication information for DBID=0123456789abcdef:UNID=" + unidText(1) + ".");
 }
 
+// What a damaged database leads to: two items at one place, of which the second took that of the first.
+TEST_F(ReplicationStateTest, RaisesForARecordWhoseEntryHasGone) {
+    put(syncDb(), 0xC, 4, "00 01 00 00 0A 00 00 03 09 02 00 00 0B 00 00 03 09");
+    put(syncDb(), 0xA, 1, "00 " + dbidBytes + " 00 01 00 00 " + unidBytes(1));
+    put(syncDb(), 0xB, 2,
+        "00 00 00 0A 00 00 00 00 05 00 01 00 00 10 00 00 AB CD 00 00 00 00 06 00 01 00 00 11 00 00 AB CD");
+    ReplicationState& twice = read();
+    twice.removeEntry(item(1));
+    EXPECT_EQ(twice.findEntryByUid(0x11), nullptr);
+    EXPECT_EQ(textRaisedBy([&] { twice.findEntryByUid(0x10); }),
+              "Cannot find replication information for UID=16.");
+    // The index is in the block once more, without an entry that could be written for it.
+    EXPECT_EQ(textRaisedBy([&] { twice.rewrite(palm); }),
+              "Cannot find replication information for UNID block SUID=10 and index=0.");
+}
+
+TEST_F(ReplicationStateTest, RaisesForARecordThatAnEntryHasTwice) {
+    ReplicationState& fresh = read();
+    fresh.addEntry(version(1, 9), 0, {{0x10, 0xAB, 0, false}, {0x10, 0xCD, 1, false}});
+    EXPECT_EQ(textRaisedBy([&] { fresh.removeEntry(item(1)); }),
+              "Cannot find UNID block locator for UID=16.");
+}
+
 TEST_F(ReplicationStateTest, AddsAnEntryUnderAllItsKeys) {
     ReplicationState& fresh = read();
     fresh.addEntry(version(1, 9), 4, {{-0x77, 0xAB, 0, false}, {0x12, 0xCD, 3, false}});
@@ -315,6 +338,10 @@ TEST_F(ReplicationStateTest, FillsABlockBeforeItStartsAnother) {
     EXPECT_EQ(fresh.entry(item(0)).seqNumBlockSuid(), 0);
     EXPECT_EQ(fresh.entry(item(14)).seqNumBlockSuid(), 0);
     EXPECT_EQ(fresh.entry(item(15)).seqNumBlockSuid(), -1);
+    // The 18th sequence number block has room, but belongs to the first UNID block.
+    EXPECT_EQ(fresh.entry(item(255)).seqNumBlockSuid(), -17);
+    EXPECT_EQ(fresh.entry(item(256)).seqNumBlockSuid(), -18);
+    EXPECT_EQ(fresh.seqNumBlockOf(fresh.entry(item(256))).unidBlockSuid(), -1);
 }
 
 TEST_F(ReplicationStateTest, KeepsACurrentBlockOfAnotherDatabase) {
@@ -450,6 +477,17 @@ TEST_F(ReplicationStateTest, ResolvesDeletions) {
     EXPECT_THAT(deleted, ElementsAre(item(1), item(2)));
 }
 
+TEST_F(ReplicationStateTest, ResolvesADeletionWhoseStubIsToGo) {
+    ReplicationState& fresh = read();
+    fresh.addDeletionStub(0x10);
+    fresh.addEntry(version(1, 1), 0, {{0x10, 0, 0, false}});
+    EXPECT_TRUE(fresh.deletionStubs().at(0x10).removed);
+    fresh.resolveDeletions();
+    std::vector<ItemId> deleted;
+    fresh.listDeletedItems(deleted);
+    EXPECT_THAT(deleted, ElementsAre(item(1)));
+}
+
 TEST_F(ReplicationStateTest, ListsItsItemsForTheServer) {
     ReplicationState& fresh = read();
     fresh.addEntry(version(1, 5), 2, {});
@@ -557,6 +595,102 @@ TEST_F(ReplicationStateTest, FailsOnABlockThatCameAndWentInOneSession) {
     EXPECT_EQ(contents(syncDb())[0], "1/7: 00 00"); // the status tells of it
 }
 
+// A UNID block has its SUID before a sequence number block names it, and that one before a fixup does; the
+// index comes behind all that it lists.
+TEST_F(ReplicationStateTest, RewritesInItsOrder) {
+    put(syncDb(), 0xA, 1, "00 " + dbidBytes + " 00 01 00 00 " + unidBytes(1));
+    put(syncDb(), 0xB, 2, "00 00 00 0A 00 00 12 00 05 00 01 00 00 10 00 00 AB CD");
+    put(syncDb(), 0xC, 4,
+        "00 01 00 00 0A 00 00 03 09 02 00 00 0B 00 00 03 09 01 00 00 0F 00 00 03 09"); // F is used by nothing
+    put(syncDb(), 0xD, 7, "00 09");
+    put(syncDb(), 0xE, 5, "00 02 00 00 11");
+    put(syncDb(), 0xF, 1, "00 FE DC BA 98 76 54 32 10"); // of another database
+    ReplicationState& one = read();
+    const std::size_t linesOfReading = logLines().size();
+    one.addEntry(version(2, 1), 0, {{-0x77, 0x1234, 0, false}});
+    one.addModificationStub(0x12, false);
+    one.setArchivedCopy(0x13, 0, makeCounted<PalmRecordBuffer>());
+    one.rewrite(palm);
+    std::vector<std::string> lines = logLines();
+    lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(linesOfReading));
+    EXPECT_THAT(lines, ElementsAre("--- Start rewrite of sync information ------------",
+                                   "Rewriting unid block SUID=a (2 entries)",
+                                   "Rewriting seqnum block SUID=b (2 entries)",
+                                   "Creating fixup record SUID=10 (1 entries)", "Deleting unid block SUID=f",
+                                   "Creating stub block SUID=12", "Rewriting stub block SUID=e",
+                                   "Deleting crc block SUID=c", "Rewriting crc block SUID=13 (2 entries)",
+                                   "--- End rewrite of sync information ------------"));
+    EXPECT_THAT(
+        contents(syncDb()),
+        ElementsAre("A/1: 00 " + dbidBytes + " 00 02 00 00 " + unidBytes(1) + " " + unidBytes(2),
+                    "B/2: 00 00 00 0A 00 00 12 00 05 00 01 00 00 10 00 00 AB CD "
+                    "00 01 00 00 01 00 01 00 00 00 00 00 12 34",
+                    "D/7: 00 09", "E/5: 00 02 00 00 11",
+                    "10/6: 00 00 00 77 00 00 0B 00 19", // 4 of head, 14 of the first item, 7 of its own
+                    "11/8: 00 00 13 00", "12/5: 00 02 00 00 12",
+                    "13/4: 00 01 00 00 0A 00 00 03 09 02 00 00 0B 00 00 03 09"));
+}
+
+// What a rewrite that breaks off leaves on the device. The item goes, and with it the blocks 0xB and 0xA; the
+// calls that write are: status, CRC block, status.
+TEST_F(ReplicationStateTest, TellsHowFarABrokenRewriteWent) {
+    const std::string unidBlock = "A/1: 00 " + dbidBytes + " 00 01 00 00 " + unidBytes(1);
+    const std::string seqNumBlock = "B/2: 00 00 00 0A 00 00 12 00 05 00 01 00 00 10 00 00 AB CD";
+    const std::string index = "C/4: 00 01 00 00 0A 00 00 03 09 02 00 00 0B 00 00 03 09";
+    const std::string blockGone = "The function SyncReadRecordById( ) failed";
+    const struct {
+        const char* function;
+        std::uint64_t number;
+        std::vector<std::string> left;
+        std::string nextRead; // how what the next read raises begins; empty for nothing
+    } rows[] = {
+        {"SyncWriteRec", 1, {index, unidBlock, seqNumBlock, "D/7: 00 09"}, ""},
+        {"SyncDeleteRec", 1, {index, unidBlock, seqNumBlock, "D/7: 00 00"}, ""},
+        // the index is the old one, and names a block that has gone
+        {"SyncDeleteRec", 2, {index, unidBlock, "D/7: 00 00"}, blockGone},
+        {"SyncDeleteRec", 3, {index, "D/7: 00 00"}, blockGone},
+        {"SyncWriteRec", 2, {"D/7: 00 00"}, ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.function + std::to_string(row.number));
+        for (const std::uint32_t id : {0xAU, 0xBU, 0xCU, 0xDU}) syncDb().eraseRecord(id);
+        haveOneItem();
+        put(syncDb(), 0xD, 7, "00 09");
+        read().removeEntry(item(1));
+        handheldRestartCount();
+        handheldFailFunction(row.function, row.number, 0x4006);
+        EXPECT_THAT(textRaisedBy([&] { state->rewrite(palm); }), testing::StartsWith("The function Sync"));
+        handheldMend();
+        EXPECT_EQ(contents(syncDb()), row.left);
+        const std::string raised = textRaisedBy([&] { read(); });
+        EXPECT_THAT(raised, testing::StartsWith(row.nextRead.empty() ? "nothing raised" : row.nextRead));
+    }
+}
+
+TEST_F(ReplicationStateTest, LeavesAPartOfTheIndexWhenItBreaksOffThere) {
+    std::string entries = "00";
+    for (int suid = 0; suid < 6; ++suid) entries += " 03 00 00 2" + std::to_string(suid) + " 00 00 03 09";
+    for (const std::uint64_t number : {1U, 2U, 3U, 4U}) { // status, 5 entries, 1 entry, status
+        SCOPED_TRACE(number);
+        while (!syncDb().records().all().empty()) syncDb().eraseRecord(syncDb().records().at(0).id);
+        put(syncDb(), 0xC, 4, entries);
+        read();
+        handheldRestartCount();
+        handheldFailFunction("SyncWriteRec", number, 0x4006);
+        EXPECT_THAT(textRaisedBy([&] { state->rewrite(palm); }), testing::StartsWith("The function Sync"));
+        handheldMend();
+        std::size_t bytesOfIndex = 0;
+        std::string status = "none";
+        for (const HandheldRecord& record : syncDb().records().all()) {
+            if (record.category == 4) bytesOfIndex += record.data.size();
+            if (record.category == 7) status = test::hexText(record.data);
+        }
+        const std::size_t expected[] = {49, 0, 41, 50};
+        EXPECT_EQ(bytesOfIndex, expected[number - 1]);
+        EXPECT_EQ(status, number == 1 ? "none" : "00 00");
+    }
+}
+
 TEST_F(ReplicationStateTest, MisreadsAnEntryWithoutRecords) {
     ReplicationState& fresh = read();
     fresh.addEntry(version(1, 1), 0, {});
@@ -608,6 +742,24 @@ TEST_F(ReplicationStateTest, WritesAndDeletesArchivedCopies) {
     copies.rewrite(palm);
     EXPECT_THAT(contents(syncDb()),
                 ElementsAre(testing::EndsWith("/7: 00 09"), testing::EndsWith("/8: 00 00 11 02 4D 00")));
+    // Deliberate: it is read behind a leading byte that it hasn't, and so as a record of another id.
+    read();
+    EXPECT_THAT(logLines(),
+                testing::Contains(testing::StartsWith("Archived record copy: UID=  1102, SUID=")));
+}
+
+TEST_F(ReplicationStateTest, DropsTheCopyOfAnArchivedRecordThatIsExchanged) {
+    haveOneItem();
+    put(syncDb(), 0xD, 5, "00 03 00 00 10");
+    put(syncDb(), 0xE, 8, "00 00 00 10 03 4D 00");
+    ReplicationState& one = read();
+    one.updateEntry(item(1), 6);
+    EXPECT_TRUE(one.modificationStubs().at(0x10).removed);
+    one.rewrite(palm);
+    for (const HandheldRecord& record : syncDb().records().all()) {
+        EXPECT_NE(record.category, 5);
+        EXPECT_NE(record.category, 8);
+    }
 }
 
 TEST_F(ReplicationStateTest, WritesCrcBlocksOfFive) {

@@ -41,6 +41,7 @@ void addConfigureCommand(CommandLine& line);
 void addListCommand(CommandLine& line);
 void addShowCommand(CommandLine& line);
 void addRecordCommands(CommandLine& line); // add, edit, delete, archive
+void addCategoryCommand(CommandLine& line);
 void addPreferenceCommand(CommandLine& line);
 void addFileCommands(CommandLine& line); // import, export
 

@@ -23,7 +23,7 @@ struct RecordOptions {
     DataOptions content;
     std::optional<std::uint8_t> category;
     std::optional<std::uint16_t> searchLength;
-    bool secret = false;
+    std::optional<bool> secret;
 
     bool isFreeTime() const { return database == freeTimeName; }
 };
@@ -45,6 +45,11 @@ const char* const fieldHelp = "The content as NAME=VALUE, or with freetime the n
 void addCategoryOption(CLI::App& command, RecordOptions& options) {
     command.add_option("--category", options.category, "Category, 0 to 15")
         ->check(CLI::Range(0, HandheldRecord::categories - 1));
+}
+
+CLI::Option* addSecretFlag(CLI::App& command, RecordOptions& options) {
+    return command.add_flag_callback(
+        "--secret", [&options] { options.secret = true; }, "Mark the record as private");
 }
 
 // Sets the fields that the user gave in `values`. One without a value is taken away.
@@ -108,20 +113,23 @@ void addRecord(CommandLine& line, Handheld& handheld, const RecordOptions& optio
     if (options.searchLength) throw UsageError("only freetime takes a length");
     HandheldDatabase& database = findDatabase(handheld, options.database);
     const std::uint32_t id = database.addRecord(newContent(database, options), options.category.value_or(0),
-                                                options.secret ? HandheldRecord::secret : 0);
+                                                options.secret.value_or(false) ? HandheldRecord::secret : 0);
     if (id == 0) throw HandheldError("the database is full");
     line.out << id << "\n";
 }
 
 void changeRecord(Handheld& handheld, const RecordOptions& options) {
     const bool changesContent = options.content.isGiven() || !options.fields.empty();
-    if (!changesContent && !options.category) throw UsageError("give new content or a category");
+    if (!changesContent && !options.category && !options.secret) {
+        throw UsageError("give new content, a category, --secret or --no-secret");
+    }
     HandheldDatabase& database = findDatabase(handheld, options.database);
     const std::uint32_t id = parseRecordId(options.record);
     const HandheldRecord* record = database.records().find(id);
     if (!record || record->isGone()) throw HandheldError("no such record: " + options.record);
     if (changesContent) database.editRecord(id, changedContent(database, *record, options));
     if (options.category) database.moveRecord(id, *options.category);
+    if (options.secret) database.markSecret(id, *options.secret);
 }
 
 // `take` is deleteRecord or archiveRecord.
@@ -163,7 +171,7 @@ void addAddCommand(CommandLine& line) {
                        "With freetime: the length of the search that the server is told (14 at first)");
     options->content.addTo(command);
     addCategoryOption(command, *options);
-    command.add_flag("--secret", options->secret, "Mark the record as private");
+    addSecretFlag(command, *options);
     command.callback([&line, options] {
         line.action = [&line, options] {
             line.change([&](HandheldFolder& folder) {
@@ -177,13 +185,18 @@ void addAddCommand(CommandLine& line) {
 }
 
 void addEditCommand(CommandLine& line) {
-    CLI::App& command = line.addCommand("edit", "Change the content or the category of a record",
+    CLI::App& command = line.addCommand("edit", "Change the content, the category or the privacy of a record",
                                         "todo 0x000001 completed=yes");
     const Options options = addDatabaseOption(command);
     command.add_option("ID", options->record, "The record")->required();
     command.add_option("FIELD", options->fields, "NAME=VALUE as with add; NAME= takes a field away");
     options->content.addTo(command);
     addCategoryOption(command, *options);
+    CLI::Option* secret = addSecretFlag(command, *options);
+    command
+        .add_flag_callback(
+            "--no-secret", [options] { options->secret = false; }, "Take that mark away")
+        ->excludes(secret);
     command.callback([&line, options] {
         line.action = [&line, options] {
             line.change([&](HandheldFolder& folder) { changeRecord(folder.handheld(), *options); });

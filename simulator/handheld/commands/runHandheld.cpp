@@ -29,6 +29,7 @@ void addCommands(CommandLine& line) {
     addListCommand(line);
     addShowCommand(line);
     addRecordCommands(line);
+    addCategoryCommand(line);
     addPreferenceCommand(line);
     addFileCommands(line);
 }

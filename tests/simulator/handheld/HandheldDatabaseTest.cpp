@@ -24,6 +24,11 @@ TEST(HandheldDatabase, TheUsersChangesAreDirty) {
     database.resetSyncFlags();
     EXPECT_TRUE(database.moveRecord(id, 4));
     EXPECT_EQ(*database.records().find(id), (HandheldRecord{id, 0x50, 4, {'b'}}));
+    database.resetSyncFlags();
+    EXPECT_TRUE(database.markSecret(id, false));
+    EXPECT_EQ(*database.records().find(id), (HandheldRecord{id, 0x40, 4, {'b'}}));
+    EXPECT_TRUE(database.markSecret(id, true));
+    EXPECT_EQ(*database.records().find(id), (HandheldRecord{id, 0x50, 4, {'b'}}));
 }
 
 TEST(HandheldDatabase, ADeletedRecordLosesItsDataAnArchivedOneKeepsThem) {
@@ -35,6 +40,7 @@ TEST(HandheldDatabase, ADeletedRecordLosesItsDataAnArchivedOneKeepsThem) {
     EXPECT_EQ(*database.records().find(first), (HandheldRecord{first, 0xC0, 0, {}}));
     EXPECT_EQ(*database.records().find(second), (HandheldRecord{second, 0x48, 0, {'b'}}));
     EXPECT_FALSE(database.editRecord(first, {'c'}));
+    EXPECT_FALSE(database.markSecret(first, true));
     EXPECT_FALSE(database.deleteRecord(second));
     EXPECT_FALSE(database.archiveRecord(99));
     database.purgeDeletedRecords();

@@ -461,6 +461,14 @@ TEST_F(SyncManagerTest, AnsweredRemoteCallsReportTheTrueSize) {
     EXPECT_EQ(+block.resultCode, 0U);
     EXPECT_EQ(+block.resultSize, 5U);
     EXPECT_EQ(Bytes(buffer_, buffer_ + 4), (Bytes{'0', 0, 0, 0}));
+    sync_.calls().answerModule({'5', 0}); // by order, without looking at the request
+    block.parameterSize = 0;
+    EXPECT_EQ(sync_.callRemoteModule(&block), 0);
+    EXPECT_EQ(+block.resultSize, 2U);
+    EXPECT_EQ(Bytes(buffer_, buffer_ + 2), (Bytes{'5', 0}));
+    sync_.calls().mend();
+    EXPECT_EQ(sync_.callRemoteModule(&block), 0);
+    EXPECT_NE(+block.resultCode, 0U); // the module itself takes five strings
     block.creator = 0x6D656D6F;
     EXPECT_EQ(sync_.callRemoteModule(&block), 0x4003);
 }

@@ -245,6 +245,44 @@ TEST_F(RunHandheld, EditsDeletesAndArchives) {
     expectRefused({"delete", "memo", "1", "2"}, 1); // the first would go, the second is gone: neither goes
 }
 
+TEST_F(RunHandheld, MarksARecordAsPrivateAndBack) {
+    init();
+    run({"add", "memo", "text=a"});
+    EXPECT_EQ(run({"edit", "memo", "1", "--secret"}), 0);
+    EXPECT_EQ(memos()[0].attributes, HandheldRecord::secret | HandheldRecord::dirty);
+    EXPECT_EQ(run({"edit", "memo", "1", "text=b"}), 0); // which says nothing of it
+    EXPECT_EQ(memos()[0].attributes, HandheldRecord::secret | HandheldRecord::dirty);
+    EXPECT_EQ(run({"edit", "memo", "1", "--no-secret"}), 0);
+    EXPECT_EQ(memos()[0].attributes, HandheldRecord::dirty);
+}
+
+TEST_F(RunHandheld, ListsAndNamesCategories) {
+    init();
+    run({"add", "memo", "text=a", "--category", "1"});
+    run({"add", "memo", "text=b", "--category", "3"});
+    run({"add", "memo", "text=c", "--category", "7"});
+    run({"delete", "memo", "1"}); // isn't counted any more
+    EXPECT_EQ(run({"category", "memo", "3", "Jard\xC3\xADn"}), 0);
+    EXPECT_EQ(run({"category", "memo"}), 0);
+    EXPECT_EQ(out_.str(), "category  records  name\n"
+                          "       0        0  Unfiled\n"
+                          "       1        0  Business\n"
+                          "       2        0  Personal\n"
+                          "       3        1  Jard\xC3\xADn\n"
+                          "       7        1  -\n");
+    EXPECT_EQ(run({"category", "memo", "3", "Garden"}), 0); // a new name for the old one
+    EXPECT_EQ(run({"category", "memo", "--json"}), 0);
+    EXPECT_EQ(json()[3]["category"], 3);
+    EXPECT_EQ(json()[3]["name"], "Garden");
+    EXPECT_EQ(json()[3]["records"], 1);
+    EXPECT_EQ(run({"category", "memo", "3", "--remove"}), 0);
+    EXPECT_EQ(memos()[1].category, 0);
+    EXPECT_EQ(run({"category", "memo", "--json"}), 0);
+    EXPECT_EQ(json().size(), 4U);
+    EXPECT_EQ(run({"category", "mail"}), 0);
+    EXPECT_THAT(out_.str(), HasSubstr("Outbox"));
+}
+
 TEST_F(RunHandheld, ListsDatabases) {
     init();
     run({"add", "memo", "--text", "a"});
@@ -334,6 +372,13 @@ TEST_F(RunHandheld, RefusesWrongArguments) {
         {"add", "memo", "--text", "a", "--category", "16"},
         {"edit", "memo", "1"},
         {"edit", "memo"},
+        {"edit", "memo", "1", "--secret", "--no-secret"},
+        {"category"},
+        {"category", "memo", "3"},
+        {"category", "memo", "16", "Garden"},
+        {"category", "memo", "Garden"},
+        {"category", "memo", "3", "Garden", "--remove"},
+        {"category", "memo", "--remove"},
         {"delete", "memo"},
         {"delete", "memo", "0"},
         {"delete", "memo", "0x1000000"},
@@ -350,6 +395,14 @@ TEST_F(RunHandheld, ReportsFailures) {
         {"add", "nothing", "--text", "a"},
         {"add", "memo", "--file", "/nonexistent/file"},
         {"delete", "memo", "7"},
+        {"edit", "memo", "7", "--secret"},
+        {"category", "nothing"},
+        {"category", "VellumConfig"},
+        {"category", "memo", "0", "Mine"},
+        {"category", "memo", "0", "--remove"},
+        {"category", "memo", "3", "Business"},
+        {"category", "memo", "3", "Sixteen letters!"},
+        {"category", "memo", "3", ""},
         {"delete", "freetime", "Bob"},
     };
     for (const Words& words : rows) expectRefused(words, 1);
@@ -367,7 +420,7 @@ TEST_F(RunHandheld, Helps) {
     EXPECT_THAT(out_.str(), HasSubstr("handheld palm init"));
     const std::string overview = out_.str();
     for (const char* command : {"init", "configure", "list", "show", "add", "edit", "delete", "archive",
-                                "preference", "import", "export"}) {
+                                "category", "preference", "import", "export"}) {
         SCOPED_TRACE(command);
         EXPECT_THAT(overview, HasSubstr(command));
         EXPECT_EQ(run({command, "--help"}), 0);
