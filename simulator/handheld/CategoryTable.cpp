@@ -52,6 +52,17 @@ void CategoryTable::rename(std::uint8_t category, const std::string& name) {
     write(category, name);
 }
 
+std::uint8_t CategoryTable::findOrAdd(const std::string& name) {
+    for (const std::string& wanted : {name, std::string()}) {
+        for (std::uint8_t category = 0; category < HandheldRecord::categories; ++category) {
+            if (this->name(category) != wanted) continue;
+            if (wanted.empty()) rename(category, name);
+            return category;
+        }
+    }
+    return 0;
+}
+
 void CategoryTable::remove(std::uint8_t category) {
     write(category, {});
     for (const HandheldRecord& record : database_.records().all()) {

@@ -31,6 +31,10 @@ public:
     // another category.
     void rename(std::uint8_t category, const std::string& name);
 
+    // The category of that name; where there is none, a free one takes the name, and without a free one it is
+    // 0. Raises HandheldError as rename does.
+    std::uint8_t findOrAdd(const std::string& name);
+
     // Takes the name away; the records of the category go to category 0, as if the user had moved them.
     void remove(std::uint8_t category);
 

@@ -1,3 +1,4 @@
+#include <ctime>
 #include <memory>
 
 #include "handheld/HandheldError.h"
@@ -5,7 +6,9 @@
 #include "handheld/commands/CommandLine.h"
 #include "handheld/commands/DataOptions.h"
 #include "handheld/commands/databaseName.h"
+#include "handheld/commands/recordFiles.h"
 #include "handheld/pdbFile.h"
+#include "interchange/InterchangeError.h"
 
 namespace tsr {
 
@@ -15,6 +18,7 @@ struct FileOptions {
     std::vector<std::string> files;
     std::string database;
     bool replace = false;
+    bool vCard3 = false;
 };
 
 struct PreferenceOptions {
@@ -34,7 +38,7 @@ HandheldDatabase readPdb(const std::string& file) {
     }
 }
 
-void importFile(Handheld& handheld, const std::string& file, bool replace) {
+void importDatabase(Handheld& handheld, const std::string& file, bool replace) {
     HandheldDatabase database = readPdb(file);
     const std::string name = database.name();
     if (handheld.find(name) && !replace) {
@@ -43,6 +47,47 @@ void importFile(Handheld& handheld, const std::string& file, bool replace) {
     }
     database.markUnsaved(); // to its file, but not yet to ours
     handheld.databases.insert_or_assign(name, std::move(database));
+}
+
+using ImportText = void (*)(Handheld&, const std::string& text);
+
+// Null for a database.
+ImportText importOfRecords(const std::string& file) {
+    if (file.ends_with(".vcf")) return importContacts;
+    if (file.ends_with(".ics")) return importTasks;
+    if (file.ends_with(".json")) return importRecords;
+    return nullptr;
+}
+
+void importFile(Handheld& handheld, const std::string& file, bool replace) {
+    const ImportText importText = importOfRecords(file);
+    if (!importText) {
+        importDatabase(handheld, file, replace);
+        return;
+    }
+    const std::vector<std::uint8_t> bytes = readFile(file);
+    try {
+        importText(handheld, {bytes.begin(), bytes.end()});
+    } catch (const std::runtime_error& error) {
+        throw HandheldError(file + ": " + error.what());
+    }
+}
+
+std::vector<std::uint8_t> exportedBytes(Handheld& handheld, const FileOptions& options) {
+    const std::string& file = options.files.front();
+    HandheldDatabase& database = findDatabase(handheld, options.database);
+    std::string text;
+    if (file.ends_with(".vcf") && database.name() == contactDatabase) {
+        text = exportedContacts(database, options.vCard3 ? VCardVersion::V3 : VCardVersion::V4);
+    } else if (file.ends_with(".ics") && database.name() == taskDatabase) {
+        text =
+            exportedTasks(database, handheld.clock.value_or(static_cast<std::uint32_t>(std::time(nullptr))));
+    } else if (file.ends_with(".json")) {
+        text = exportedRecords(database);
+    } else {
+        return toPdb(database);
+    }
+    return {text.begin(), text.end()};
 }
 
 void applyPreference(Handheld& handheld, const PreferenceOptions& options) {
@@ -55,10 +100,13 @@ void applyPreference(Handheld& handheld, const PreferenceOptions& options) {
 }
 
 void addImportCommand(CommandLine& line) {
-    CLI::App& command = line.addCommand("import", "Put the databases of .pdb files on the handheld",
-                                        "backup/MemoDB.pdb --replace");
+    CLI::App& command =
+        line.addCommand("import",
+                        "Put the databases of .pdb files on the handheld; add the contacts of "
+                        ".vcf files, the tasks of .ics files and the records of .json files",
+                        "backup/MemoDB.pdb --replace");
     auto options = std::make_shared<FileOptions>();
-    command.add_option("FILE", options->files, "Palm database files")->required();
+    command.add_option("FILE", options->files, "The files; their names tell what they are")->required();
     command.add_flag("--replace", options->replace, "Replace databases that are there already");
     command.callback([&line, options] {
         line.action = [&line, options] {
@@ -72,16 +120,20 @@ void addImportCommand(CommandLine& line) {
 
 void addExportCommand(CommandLine& line) {
     CLI::App& command = line.addCommand(
-        "export", "Write a database to a .pdb file, for a device or another handheld", "memo MemoDB.pdb");
+        "export",
+        "Write a database to a .pdb file, for a device or another handheld, or its records to a .json file, "
+        "addresses to a .vcf file, to-dos to an .ics file",
+        "memo MemoDB.pdb");
     auto options = std::make_shared<FileOptions>();
     command.add_option("NAME", options->database, "A database or an application")->required();
     command.add_option("FILE", options->files, "The file; one that is there is replaced")
         ->required()
         ->expected(1);
+    command.add_flag("--vcard3", options->vCard3, "Version 3.0 of vCards, not 4.0");
     command.callback([&line, options] {
         line.action = [&line, options] {
             HandheldFolder folder = HandheldFolder::open(line.folder);
-            replaceFile(options->files.front(), toPdb(findDatabase(folder.handheld(), options->database)));
+            replaceFile(options->files.front(), exportedBytes(folder.handheld(), *options));
         };
     });
 }

@@ -335,6 +335,26 @@ TEST_F(RunHandheld, SetsAndDeletesPreferences) {
     expectRefused({"preference", "mails", "3", "--text", "x"}, 2);
 }
 
+TEST_F(RunHandheld, TakesAndGivesFilesOfOtherPrograms) {
+    init();
+    run({"add", "address", "lastName=Lee", "work=1"});
+    run({"add", "todo", "description=Call"});
+    for (const auto& [database, name] :
+         {std::pair{"address", "a.vcf"}, {"todo", "t.ics"}, {"todo", "t.json"}}) {
+        EXPECT_EQ(run({"export", database, file(name)}), 0) << err_.str();
+        EXPECT_EQ(run({"import", file(name)}), 0) << err_.str();
+    }
+    Handheld handheld = HandheldFolder::open(folder()).handheld();
+    EXPECT_EQ(handheld.find("AddressDB")->records().all().size(), 2U);
+    EXPECT_EQ(handheld.find("ToDoDB")->records().all().size(), 4U);
+    EXPECT_EQ(run({"export", "address", file("a.vcf"), "--vcard3"}), 0);
+    const auto bytes = readFile(file("a.vcf"));
+    EXPECT_THAT(std::string(bytes.begin(), bytes.end()), HasSubstr("VERSION:3.0\r\n"));
+    EXPECT_EQ(run({"export", "memo", file("m.vcf")}), 0); // no addresses: a database as it is
+    EXPECT_EQ(readFile(file("m.vcf")), readFile(folder() + "/MemoDB.pdb"));
+    expectRefused({"import", file("m.vcf")}, 1);
+}
+
 TEST_F(RunHandheld, CarriesDatabasesOutAndIn) {
     init();
     run({"add", "memo", "--text", "a"});
