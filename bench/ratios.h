@@ -18,6 +18,11 @@ bool requireRate(const std::string& job, std::size_t bytes, double bar = 0);
 // goes on in this machine then meets all alike.
 void noteTime(const std::string& name, double nanoseconds);
 
+// Wants the memory that `job` takes for each item to stay below `bar` bytes. A note is the most of all runs.
+void limitMemory(const std::string& job, double bar);
+void noteMemory(const std::string& name, double bytes);
+
+void printTimes(); // in microseconds, of everything that was noted
 void printRatios();
 
 } // namespace tsr::bench

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+namespace tsr::bench {
+
+// What one session does to the world, in its order: the calls of the device, with their arguments, and the
+// bytes that go to the server and come from it. The linker puts this class's functions in front of the Sync
+// Manager's and of the socket's (CMakeLists.txt), for the thread that records.
+class Recording {
+public:
+    // Records what this thread does while `session` runs.
+    void record(const std::function<void()>& session);
+
+    // Does all of it once more, against a server that listens at `port` of this machine and the handheld that
+    // is attached, and looks at nothing that comes back. Raises std::runtime_error when the connection ends.
+    void replay(std::uint16_t port) const;
+
+    void add(std::function<void()> step);
+    void addReceived(std::size_t bytes) { received_ += bytes; } // pieces that follow one another are one step
+
+private:
+    void finishReceived();
+
+    std::vector<std::function<void()>> steps_;
+    std::size_t received_ = 0; // bytes since the last step
+};
+
+} // namespace tsr::bench
