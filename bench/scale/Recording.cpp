@@ -8,7 +8,6 @@
 #include <sys/socket.h>
 #include <tuple>
 #include <unistd.h>
-#include <utility>
 
 #include "bench/scale/HeapCount.h"
 #include "platform/syncManager.h"
@@ -55,24 +54,12 @@ void Recording::record(const std::function<void()>& session) {
     recorder = this;
     session();
     recorder = nullptr;
-    finishReceived();
 }
 
 void Recording::replay(std::uint16_t port) const {
     replayedConnection = connectTo(port);
     for (const auto& step : steps_) step();
     ::close(replayedConnection);
-}
-
-void Recording::add(std::function<void()> step) {
-    finishReceived();
-    steps_.push_back(std::move(step));
-}
-
-void Recording::finishReceived() {
-    if (received_ == 0) return;
-    steps_.push_back([bytes = received_] { receiveAgain(bytes); });
-    received_ = 0;
 }
 
 } // namespace tsr::bench
@@ -263,9 +250,12 @@ TSR_OBSERVED(ssize_t, send, (int socket, const void* data, std::size_t bytes, in
     return count;
 }
 
+// The pieces are those of a frame that is read: its header, which tells its length, and the rest of it.
 TSR_OBSERVED(ssize_t, recv, (int socket, void* data, std::size_t bytes, int flags)) {
     const ssize_t count = __real_recv(socket, data, bytes, flags);
-    if (recorder != nullptr && count > 0) recorder->addReceived(static_cast<std::size_t>(count));
+    const HeapCountPause pause;
+    if (recorder != nullptr && count > 0)
+        recorder->add([received = static_cast<std::size_t>(count)] { receiveAgain(received); });
     return count;
 }
 

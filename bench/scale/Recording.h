@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <utility>
 #include <vector>
 
 namespace tsr::bench {
@@ -19,14 +19,10 @@ public:
     // is attached, and looks at nothing that comes back. Raises std::runtime_error when the connection ends.
     void replay(std::uint16_t port) const;
 
-    void add(std::function<void()> step);
-    void addReceived(std::size_t bytes) { received_ += bytes; } // pieces that follow one another are one step
+    void add(std::function<void()> step) { steps_.push_back(std::move(step)); }
 
 private:
-    void finishReceived();
-
     std::vector<std::function<void()>> steps_;
-    std::size_t received_ = 0; // bytes since the last step
 };
 
 } // namespace tsr::bench
