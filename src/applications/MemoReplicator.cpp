@@ -16,9 +16,7 @@ PalmRecordGroup MemoReplicator::convertToPalm(const NotesApplicationRecord& reco
     PalmMemoRecord memo;
     setMemoText(memo, journal);
     memo.setCategory(categories_.category(journal.categories, ApplicationCategories::EmptyNames::Take));
-    PalmRecordGroup group;
-    group.set(0, makeCounted<PalmMemoRecord>(memo));
-    return group;
+    return groupOf(memo);
 }
 
 CountedPtr<NotesApplicationRecord> MemoReplicator::convertToNotes(const PalmRecordGroup& group, bool, int) {
