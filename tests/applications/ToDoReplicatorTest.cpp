@@ -1,5 +1,7 @@
 #include "applications/ToDoReplicator.h"
 
+#include <algorithm>
+
 #include "applications/ItemReplicatorTest.h"
 #include "foundation/signals.h"
 #include "records/NotesToDoRecord.h"
@@ -74,6 +76,16 @@ protected:
         answerWith(answers);
         database.addRecord(bytes("FF FF 02 4D 69 6C 6B 00 00"), 0);
         EXPECT_THAT(run(), IsEmpty());
+    }
+
+    // Has the server offer one task: no body, priority 2.
+    void offerTask(const std::string& subject, const std::string& isPrivate) {
+        answerBy([=](const WireRequest& request) {
+            if (request.code == 168) return WireAnswer{.strings = {"1"}};
+            if (request.code != 177) return answerOf(quietServer(), request);
+            return WireAnswer{.strings = {"UNID=" + unidA, "DBID=" + dbidText, "SeqNum=4",
+                                          "0037001F=" + subject, "00260003=2", "00040002=" + isPrivate}};
+        });
     }
 
     OpenReplicator replicator{palm};
@@ -272,6 +284,31 @@ TEST_F(ToDoReplicatorTest, TakesWhatTheServerHas) {
     EXPECT_THAT(sent(172), ElementsAre(Strings{"287152496", "C", "", "", dbidText, unidA, "4", "4", dbidText,
                                                unidC, "4", "4"}));
     EXPECT_EQ(contents(database), Strings{"2/0: FF FF 81 54 65 61 00 66 6F 6F 64 00"});
+}
+
+TEST_F(ToDoReplicatorTest, ANewPrivateTaskWaitsAsASecretRecord) {
+    offerTask("Tea", "1");
+    handheldFailFunction("SyncCallRemoteModule", 1, 0x4015); // so that the record still waits
+    ToDoReplicator(makeCounted<PalmProxy>(nullptr)).run(ReplicationType::Normal);
+    handheldMend();
+    const auto& records = handheld.find("ToDoSync")->records().all();
+    const auto waits = [](const HandheldRecord& record) {
+        return record.category == 3 && record.attributes == 0x10;
+    };
+    EXPECT_EQ(std::count_if(records.begin(), records.end(), waits), 1);
+}
+
+TEST_F(ToDoReplicatorTest, APrivateTaskIsSecretOnTheHandheld) {
+    haveMilk();
+    offerTask("Milk", "1"); // the attribute is outside the CRC: on its own it isn't written
+    EXPECT_THAT(run(), IsEmpty());
+    EXPECT_EQ(database.records().find(1)->attributes, 0);
+    offerTask("Tea", "1");
+    EXPECT_THAT(run(), IsEmpty());
+    EXPECT_EQ(database.records().find(1)->attributes, 0x10);
+    offerTask("Milk", "0");
+    EXPECT_THAT(run(), IsEmpty());
+    EXPECT_EQ(database.records().find(1)->attributes, 0);
 }
 
 TEST_F(ToDoReplicatorTest, ARepeatingTaskIsRefusedAlone) {
