@@ -2,7 +2,6 @@
 
 #include "applications/singleRecord.h"
 #include "records/addressConversion.h"
-#include "server/ReplicatorImpl.h"
 #include "server/commands.h"
 
 namespace tsr {
@@ -34,7 +33,7 @@ ItemVersion AddressReplicator::sendAnomalyItem(const std::string& token, const I
 
 ItemVersion AddressReplicator::sendItem(const std::string&, const std::string& token, const ItemId& itemId,
                                         const NotesApplicationRecord& record) {
-    return ReplicatorImpl::sendAddressItem(server(), token, itemId, itemOf(record));
+    return sendAddressItem(server(), token, itemId, itemOf(record));
 }
 
 void AddressReplicator::sendDeletionList(const std::vector<ItemId>& items, std::vector<ItemId>& deleted) {

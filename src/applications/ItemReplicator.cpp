@@ -1,19 +1,17 @@
 #include "applications/ItemReplicator.h"
 
-#include "server/ReplicatorImpl.h"
-
 namespace tsr {
 
 void ItemReplicator::fetchAnomalies(const std::string& token, std::vector<ItemId>& out) {
-    ReplicatorImpl::fetchItemIds(server(), token, commands_.countAnomalies, commands_.fetchAnomalies, out);
+    fetchItemIds(server(), token, commands_.countAnomalies, commands_.fetchAnomalies, out);
 }
 
 void ItemReplicator::fetchDeletedInNotes(const std::string& token, std::vector<ItemId>& out) {
-    ReplicatorImpl::fetchItemIds(server(), token, commands_.countDeleted, commands_.fetchDeleted, out);
+    fetchItemIds(server(), token, commands_.countDeleted, commands_.fetchDeleted, out);
 }
 
 void ItemReplicator::fetchWantedItems(const std::string& token, std::vector<ItemId>& out) {
-    ReplicatorImpl::fetchItemIds(server(), token, commands_.countWanted, commands_.fetchWanted, out);
+    fetchItemIds(server(), token, commands_.countWanted, commands_.fetchWanted, out);
 }
 
 void ItemReplicator::receiveItem(const std::string& className, const std::string& token,
@@ -22,7 +20,7 @@ void ItemReplicator::receiveItem(const std::string& className, const std::string
 }
 
 void ItemReplicator::listItemsToReceive(const std::string& token, std::vector<std::string>& handles) {
-    ReplicatorImpl::listItemIndices(server(), token, commands_.countToReceive, handles);
+    listItemIndices(server(), token, commands_.countToReceive, handles);
 }
 
 ItemVersion ItemReplicator::sendAnomalyItem(const std::string& token, const ItemId& itemId,

@@ -4,13 +4,14 @@
 #include <vector>
 
 #include "conduit/Replicator.h"
+#include "server/ReplicatorImpl.h"
 #include "server/commands.h"
 
 namespace tsr {
 
 // An application with one class of items, whose requests are the usual ones under codes of its own. The
 // conversions, and how an item is sent, are left to it.
-class ItemReplicator : public Replicator {
+class ItemReplicator : public Replicator, public ReplicatorImpl {
 public:
     // `traits` and `commands` live as long as the replicator.
     ItemReplicator(const ApplicationTraits& traits, const ApplicationCommands& commands,

@@ -2,7 +2,6 @@
 
 #include "applications/singleRecord.h"
 #include "records/memoJournal.h"
-#include "server/ReplicatorImpl.h"
 #include "server/commands.h"
 
 namespace tsr {
@@ -29,7 +28,7 @@ CountedPtr<NotesApplicationRecord> MemoReplicator::convertToNotes(const PalmReco
 
 ItemVersion MemoReplicator::sendItem(const std::string&, const std::string& token, const ItemId& itemId,
                                      const NotesApplicationRecord& record) {
-    return ReplicatorImpl::sendMemoItem(server(), token, itemId, itemOf(record));
+    return sendMemoItem(server(), token, itemId, itemOf(record));
 }
 
 std::string MemoReplicator::sendReplicationInfo(const std::string&, const std::vector<std::string>& entries) {

@@ -2,7 +2,6 @@
 
 #include "applications/singleRecord.h"
 #include "records/toDoConversion.h"
-#include "server/ReplicatorImpl.h"
 #include "server/commands.h"
 
 namespace tsr {
@@ -32,7 +31,7 @@ ItemVersion ToDoReplicator::sendAnomalyItem(const std::string&, const ItemId&, c
 
 ItemVersion ToDoReplicator::sendItem(const std::string&, const std::string& token, const ItemId& itemId,
                                      const NotesApplicationRecord& record) {
-    return ReplicatorImpl::sendToDoItem(server(), token, itemId, itemOf(record));
+    return sendToDoItem(server(), token, itemId, itemOf(record));
 }
 
 CountedPtr<NotesApplicationRecord> ToDoReplicator::makeNotesRecord(const NotesItem& item) {
