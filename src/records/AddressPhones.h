@@ -16,8 +16,8 @@ struct PhoneEntry {
     bool operator==(const PhoneEntry&) const = default;
 };
 
-// The phones of a contact on the handheld, which has five slots for them: a label and a text each, of one
-// line for each value. The phone of one label is displayed.
+// The phones of a contact on the handheld, which has five slots for them: a label, 0 to 7, and a text each,
+// of one line for each value. The phone of one label is displayed.
 //
 // In a record the texts stand one behind the other, those of empty slots left out. The phone flags tell the
 // rest: the label of slot 1 in bits 3 to 0, and so on up to slot 5 in bits 19 to 16, and the display index,
@@ -26,8 +26,6 @@ struct PhoneEntry {
 class AddressPhones {
 public:
     const std::vector<PhoneEntry>& phoneEntries() const { return entries_; }
-
-    // Labels are 0 to 7 throughout.
 
     // Adds `values` to the entry of the label, or as a new one. Does nothing when there are five entries
     // already, also for a label that is among them.

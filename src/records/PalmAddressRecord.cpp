@@ -34,22 +34,22 @@ constexpr Field others[] = {{1u << 14, &Record::custom1},
                             {1u << 18, &Record::note}};
 
 template <std::size_t Count>
-void read(PalmRecordBuffer& buffer, std::uint32_t mask, Record& record, const Field (&fields)[Count]) {
+void readTexts(PalmRecordBuffer& buffer, std::uint32_t mask, Record& record, const Field (&fields)[Count]) {
     for (const Field& field : fields) {
         if ((mask & field.bit) != 0) record.*field.text = buffer.readString();
     }
 }
 
-void write(PalmRecordBuffer& buffer, std::uint32_t& mask, std::uint32_t bit, const std::string& text) {
+void appendText(PalmRecordBuffer& buffer, std::uint32_t& mask, std::uint32_t bit, const std::string& text) {
     if (text.empty()) return;
     buffer.appendString(text);
     mask |= bit;
 }
 
 template <std::size_t Count>
-void write(PalmRecordBuffer& buffer, std::uint32_t& mask, const Record& record,
-           const Field (&fields)[Count]) {
-    for (const Field& field : fields) write(buffer, mask, field.bit, record.*field.text);
+void appendTexts(PalmRecordBuffer& buffer, std::uint32_t& mask, const Record& record,
+                 const Field (&fields)[Count]) {
+    for (const Field& field : fields) appendText(buffer, mask, field.bit, record.*field.text);
 }
 
 } // namespace
@@ -59,12 +59,12 @@ PalmAddressRecord::PalmAddressRecord(PalmRecordBuffer& buffer, bool archived)
     const std::uint32_t phoneFlags = buffer.readDword();
     const std::uint32_t mask = buffer.readDword();
     buffer.readByte(); // where the company begins: told by the mask as well
-    read(buffer, mask, *this, names);
+    readTexts(buffer, mask, *this, names);
     if ((mask & companyBit) != 0) company = buffer.readString();
     readPhones(buffer, phoneFlags, mask);
-    read(buffer, mask, *this, places);
+    readTexts(buffer, mask, *this, places);
     if ((mask & titleBit) != 0) title = splitLines(buffer.readString());
-    read(buffer, mask, *this, others);
+    readTexts(buffer, mask, *this, others);
     category_ = static_cast<std::uint32_t>(buffer.categoryId());
     if (!buffer.atEnd()) throw GeneralError(Message::ExcessData);
 }
@@ -78,14 +78,14 @@ std::uint16_t PalmAddressRecord::write(PalmRecordBuffer& buffer) const {
     buffer.appendDword(0); // phone flags and field mask are known only at the end
     buffer.appendDword(0);
     buffer.appendByte(0);
-    tsr::write(buffer, mask, *this, names);
+    appendTexts(buffer, mask, *this, names);
     if (!company.empty())
         buffer.putByte(static_cast<std::uint8_t>(buffer.size() - companyOffset), companyOffset);
-    tsr::write(buffer, mask, companyBit, company);
+    appendText(buffer, mask, companyBit, company);
     const std::uint32_t phoneFlags = writePhones(buffer, mask);
-    tsr::write(buffer, mask, *this, places);
-    tsr::write(buffer, mask, titleBit, joinLines(title));
-    tsr::write(buffer, mask, *this, others);
+    appendTexts(buffer, mask, *this, places);
+    appendText(buffer, mask, titleBit, joinLines(title));
+    appendTexts(buffer, mask, *this, others);
     buffer.putDword(phoneFlags, start);
     buffer.putDword(mask, start + fieldMaskOffset);
     buffer.setCategoryId(static_cast<std::int16_t>(category_));
