@@ -23,8 +23,9 @@ std::vector<Ratio>& ratios() {
 
 struct Rate {
     std::string job;
-    std::size_t bytes;
-    double bar; // MB a second
+    std::size_t amount; // in a turn
+    const char* unit;   // of the rate, which is the amount in a microsecond
+    double bar;
 };
 
 std::vector<Rate>& rates() {
@@ -64,9 +65,10 @@ void printRates() {
     for (const Rate& rate : rates()) {
         const auto job = times().find(rate.job);
         if (job == times().end()) continue; // filtered out of this run
-        const double value = static_cast<double>(rate.bytes) * 1e3 / median(job->second);
-        std::printf("%-28s %8.0f MB/s", rate.job.c_str(), value);
-        if (rate.bar != 0) std::printf(" %6.0f MB/s%s", rate.bar, value >= rate.bar ? "" : "  below the bar");
+        const double value = static_cast<double>(rate.amount) * 1e3 / median(job->second);
+        std::printf("%-28s %8.1f %s", rate.job.c_str(), value, rate.unit);
+        if (rate.bar != 0)
+            std::printf(" %6.0f %s%s", rate.bar, rate.unit, value >= rate.bar ? "" : "  below the bar");
         std::printf("\n");
     }
 }
@@ -89,7 +91,12 @@ bool compare(const std::string& job, const std::string& reference, double bar) {
 }
 
 bool requireRate(const std::string& job, std::size_t bytes, double bar) {
-    rates().push_back({job, bytes, bar});
+    rates().push_back({job, bytes, "MB/s", bar});
+    return true;
+}
+
+bool requireRecords(const std::string& job, double bar) {
+    rates().push_back({job, 1, "M/s ", bar});
     return true;
 }
 
