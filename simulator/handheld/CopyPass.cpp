@@ -35,25 +35,33 @@ bool hasWholeFixups(const HandheldRecord& record) {
     return !record.data.empty() && (record.data.size() - 1) % fixupEntryBytes == 0;
 }
 
-std::vector<HandheldRecord> recordsOf(const HandheldDatabase& database, std::uint8_t category,
-                                      std::size_t limit = HandheldDatabase::maxRecords) {
-    std::vector<HandheldRecord> records;
+// All passes together look at each entry of many fixups hundreds of times. Neighbours mostly name one block,
+// which is found once.
+bool areInside(const HandheldRecord& fixups, const HandheldDatabase& sync) {
+    const HandheldRecord* block = nullptr;
+    for (std::size_t at = 1; at < fixups.data.size(); at += fixupEntryBytes) {
+        const Fixup fixup = readFixup(&fixups.data[at]);
+        if (!block || block->id != fixup.blockId) block = sync.records().find(fixup.blockId);
+        if (!block || fixup.offset + holeBytes > block->data.size()) return false;
+    }
+    return true;
+}
+
+// Ids, in index order: records move in memory as others are erased.
+std::vector<std::uint32_t> idsOf(const HandheldDatabase& database, std::uint8_t category,
+                                 std::size_t limit = HandheldDatabase::maxRecords) {
+    std::vector<std::uint32_t> ids;
     std::size_t index = 0;
     auto wanted = [&](const HandheldRecord& record) {
         return record.category == category && !record.isGone();
     };
-    while (records.size() < limit) {
+    while (ids.size() < limit) {
         const HandheldRecord* record = database.records().findFrom(index, wanted);
         if (!record) break;
-        records.push_back(*record);
+        ids.push_back(record->id);
         ++index;
     }
-    return records;
-}
-
-bool isInside(const Fixup& fixup, const HandheldDatabase& sync) {
-    const HandheldRecord* block = sync.records().find(fixup.blockId);
-    return block && fixup.offset + holeBytes <= block->data.size();
+    return ids;
 }
 
 } // namespace
@@ -68,25 +76,22 @@ bool CopyPass::run() {
 
 // Before anything is copied, so that a damaged record leaves both databases as they were.
 bool CopyPass::checkFixups() {
-    for (const HandheldRecord& record : recordsOf(sync_, fixupCategory)) {
-        bool usable = hasWholeFixups(record);
-        for (std::size_t at = 1; usable && at < record.data.size(); at += fixupEntryBytes) {
-            usable = isInside(readFixup(&record.data[at]), sync_);
-        }
-        if (usable) continue;
-        unusableRecord_ = record.id;
+    for (const std::uint32_t id : idsOf(sync_, fixupCategory)) {
+        const HandheldRecord& fixups = *sync_.records().find(id);
+        if (hasWholeFixups(fixups) && areInside(fixups, sync_)) continue;
+        unusableRecord_ = id;
         return false;
     }
     return true;
 }
 
 bool CopyPass::copyRecords() {
-    const std::vector<HandheldRecord> pending = recordsOf(sync_, pendingCategory, recordsInOnePass + 1);
+    const std::vector<std::uint32_t> pending = idsOf(sync_, pendingCategory, recordsInOnePass + 1);
     last_ = pending.size() <= recordsInOnePass;
     for (std::size_t i = 0; i < std::min(pending.size(), recordsInOnePass); ++i) {
-        if (copyRecord(pending[i])) continue;
+        if (copyRecord(*sync_.records().find(pending[i]))) continue;
         last_ = false;
-        unusableRecord_ = pending[i].id;
+        unusableRecord_ = pending[i];
         return false;
     }
     return true;
@@ -104,7 +109,22 @@ bool CopyPass::copyRecord(const HandheldRecord& pending) {
 }
 
 void CopyPass::fillHoles() {
-    for (const HandheldRecord& record : recordsOf(sync_, fixupCategory)) fillHoles(record);
+    for (const std::uint32_t id : idsOf(sync_, fixupCategory)) {
+        const HandheldRecord& fixups = *sync_.records().find(id);
+        if (last_ || namesCopied(fixups)) fillHoles(fixups);
+    }
+}
+
+// Most records of many are for other passes than this one.
+bool CopyPass::namesCopied(const HandheldRecord& fixups) const {
+    if (copied_.empty()) return false;
+    const std::uint32_t first = copied_.begin()->first;
+    const std::uint32_t last = copied_.rbegin()->first;
+    for (std::size_t at = 1; at < fixups.data.size(); at += fixupEntryBytes) {
+        const std::uint32_t id = readFixup(&fixups.data[at]).pendingId;
+        if (id >= first && id <= last && copied_.contains(id)) return true;
+    }
+    return false;
 }
 
 // Entries for records that still wait stay. After the last pass nothing waits: an entry that is left then

@@ -32,6 +32,7 @@ private:
     bool copyRecords();
     bool copyRecord(const HandheldRecord& pending);
     void fillHoles();
+    bool namesCopied(const HandheldRecord& fixups) const;
     void fillHoles(const HandheldRecord& fixups);
 
     HandheldDatabase& application_;

@@ -16,4 +16,12 @@ const Record& singleRecord(const PalmRecordGroup& group) {
     return *record;
 }
 
+// The group that has a copy of this record as its only one.
+template <typename Record>
+PalmRecordGroup groupOf(const Record& record) {
+    PalmRecordGroup group;
+    group.set(0, makeCounted<Record>(record));
+    return group;
+}
+
 } // namespace tsr

@@ -108,6 +108,7 @@ void Replicator::collectReplicationEntries(const std::string& className, std::ve
     std::vector<ReplicationInfo> items;
     state().collectReplicationInfo(hasCategory ? std::optional<std::uint8_t>(category) : std::nullopt, items);
     std::size_t modified = 0;
+    out.reserve(out.size() + 4 * items.size());
     for (const ReplicationInfo& item : items) {
         const std::uint32_t number = item.version.sequenceNumber();
         out.push_back(item.version.id().dbidText());

@@ -24,6 +24,13 @@ void ClientRequest::addString(const std::string& text) {
     appendWide(body_, text.c_str(), std::strlen(text.c_str()) + 1);
 }
 
+void ClientRequest::addStrings(const std::vector<std::string>& texts) {
+    std::size_t units = 0;
+    for (const std::string& text : texts) units += text.size() + 1;
+    body_.reserve(body_.size() + unitBytes * units);
+    for (const std::string& text : texts) addString(text);
+}
+
 void ClientRequest::send(IStreamSocket& socket) const {
     const WireBytes start = header();
     socket.write(start.data(), static_cast<std::uint32_t>(start.size()));
@@ -34,6 +41,7 @@ WireBytes ClientRequest::header() const {
     const auto totalBytes = static_cast<std::uint32_t>(body_.size() + headerBytes);
     const std::string text = padded(totalBytes, lengthUnits) + padded(code_, codeUnits);
     WireBytes bytes;
+    bytes.reserve(headerBytes);
     appendWide(bytes, text.data(), lengthUnits + codeUnits); // a wider number pushes the code out
     return bytes;
 }

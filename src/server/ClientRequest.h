@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "server/IStreamSocket.h"
 #include "server/wireText.h"
@@ -21,6 +22,7 @@ public:
 
     // Appends one string to the body. The text ends at its first NUL, which would end it for the server too.
     void addString(const std::string& text);
+    void addStrings(const std::vector<std::string>& texts); // finds memory for all of them at once
 
     // Two writes, the header and the body, the second one also for a body of no bytes.
     void send(IStreamSocket& socket) const;

@@ -14,7 +14,7 @@ CountedPtr<ClientResponse> exchangeStrings(ServerConnection& connection, std::ui
                                            const std::vector<std::string>& strings) {
     ClientRequest request;
     request.setCode(code);
-    for (const std::string& text : strings) request.addString(text);
+    request.addStrings(strings);
     return connection.exchange(request);
 }
 
@@ -30,10 +30,14 @@ void readUnids(ClientResponse& response, const std::string& dbidText, std::vecto
     while (!response.atEnd()) ids.emplace_back(dbidText, response.readString());
 }
 
-std::string fetchToken(ServerConnection& connection, std::uint32_t code, std::vector<std::string> strings,
-                       const std::vector<std::string>& entries) {
-    strings.insert(strings.end(), entries.begin(), entries.end());
-    return exchangeStrings(connection, code, strings)->readString();
+// The entries of a large database are many megabytes: they go into the request as they are.
+std::string fetchToken(ServerConnection& connection, std::uint32_t code,
+                       const std::vector<std::string>& strings, const std::vector<std::string>& entries) {
+    ClientRequest request;
+    request.setCode(code);
+    request.addStrings(strings);
+    request.addStrings(entries);
+    return connection.exchange(request)->readString();
 }
 
 } // namespace

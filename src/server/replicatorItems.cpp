@@ -29,7 +29,7 @@ CountedPtr<ClientResponse> exchangeStrings(ServerConnection& connection, std::ui
                                            const std::vector<std::string>& strings) {
     ClientRequest request;
     request.setCode(code);
-    for (const std::string& text : strings) request.addString(text);
+    request.addStrings(strings);
     return connection.exchange(request);
 }
 

@@ -1,5 +1,7 @@
 #include "state/ReplicationState.h"
 
+#include <limits>
+
 #include "foundation/GeneralError.h"
 #include "foundation/hexadecimal.h"
 
@@ -24,20 +26,15 @@ std::int32_t newKey(const std::map<std::int32_t, Block>& blocks) {
     return blocks.begin()->first - 1;
 }
 
-// Makes `current` the best block of those that `fits` and that aren't full: one that must be rewritten anyway
-// before a clean one, then the one that holds least. What is current stays unless another is better; of
-// equals the earlier wins.
-template <typename Block, typename Fits, typename Size>
-void chooseBlock(std::map<std::int32_t, Block>& blocks,
-                 typename std::map<std::int32_t, Block>::iterator& current, Fits fits, Size size) {
-    for (auto candidate = blocks.begin(); candidate != blocks.end(); ++candidate) {
-        const Block& block = candidate->second;
-        if (!fits(block) || block.isFull()) continue;
-        if (current == blocks.end() || (block.dirty && !current->second.dirty)
-            || size(block) < size(current->second)) {
-            current = candidate;
-        }
-    }
+std::size_t sizeOf(const UnidBlock& block) { return block.unids().size(); }
+std::size_t sizeOf(const SeqNumBlock& block) { return block.indexes().size(); }
+
+// Whether a new item goes to `candidate` rather than to `chosen`: a block that must be rewritten anyway comes
+// before a clean one, and one that holds less before one that holds more. Not an order: of blocks that come
+// one after the other, in the order of their keys, what was chosen stays unless the next is better.
+template <typename Block>
+bool isBetter(const Block& candidate, const Block& chosen) {
+    return (candidate.dirty && !chosen.dirty) || sizeOf(candidate) < sizeOf(chosen);
 }
 
 } // namespace
@@ -113,6 +110,7 @@ void ReplicationState::listDeletedItems(std::vector<ItemId>& out) const {
 
 void ReplicationState::collectReplicationInfo(std::optional<std::uint8_t> category,
                                               std::vector<ReplicationInfo>& out) const {
+    out.reserve(out.size() + entries_.size());
     for (const auto& [locator, entry] : entries_) {
         if (!entry.matches(category)) continue;
         const ItemId itemId(dbidAt(locator), unidAt(locator));
@@ -128,9 +126,13 @@ std::int32_t ReplicationState::unidBlockFor(const Dbid& dbid) {
         if (!currentUnidBlock_->second.isFull()) return currentUnidBlock_->first;
         currentUnidBlock_ = unidBlocks_.end();
     }
-    chooseBlock(
-        unidBlocks_, currentUnidBlock_, [&dbid](const UnidBlock& block) { return block.dbid() == dbid; },
-        [](const UnidBlock& block) { return block.unids().size(); });
+    for (auto candidate = unidBlocks_.begin(); candidate != unidBlocks_.end(); ++candidate) {
+        const UnidBlock& block = candidate->second;
+        if (block.dbid() != dbid || block.isFull()) continue;
+        if (currentUnidBlock_ == unidBlocks_.end() || isBetter(block, currentUnidBlock_->second)) {
+            currentUnidBlock_ = candidate;
+        }
+    }
     if (currentUnidBlock_ == unidBlocks_.end()) {
         currentUnidBlock_ = unidBlocks_.emplace(newKey(unidBlocks_), UnidBlock(dbid)).first;
     }
@@ -138,22 +140,36 @@ std::int32_t ReplicationState::unidBlockFor(const Dbid& dbid) {
 }
 
 std::int32_t ReplicationState::seqNumBlockFor(std::int32_t unidBlockSuid, std::uint32_t index) {
-    const auto fits = [unidBlockSuid](const SeqNumBlock& block) {
-        return block.unidBlockSuid() == unidBlockSuid;
-    };
-    if (currentSeqNumBlock_ != seqNumBlocks_.end()
-        && (!fits(currentSeqNumBlock_->second) || currentSeqNumBlock_->second.isFull())) {
-        currentSeqNumBlock_ = seqNumBlocks_.end();
+    if (currentSeqNumBlock_ == seqNumBlocks_.end() || currentSeqNumBlock_->second.isFull()
+        || currentSeqNumBlock_->second.unidBlockSuid() != unidBlockSuid) {
+        currentSeqNumBlock_ = bestSeqNumBlock(unidBlockSuid);
     }
     if (currentSeqNumBlock_ == seqNumBlocks_.end()) {
-        chooseBlock(seqNumBlocks_, currentSeqNumBlock_, fits,
-                    [](const SeqNumBlock& block) { return block.indexes().size(); });
-    }
-    if (currentSeqNumBlock_ == seqNumBlocks_.end()) {
-        currentSeqNumBlock_ = seqNumBlocks_.emplace(newKey(seqNumBlocks_), SeqNumBlock(unidBlockSuid)).first;
+        currentSeqNumBlock_ = addSeqNumBlock(newKey(seqNumBlocks_), unidBlockSuid);
     }
     currentSeqNumBlock_->second.addIndex(index);
     return currentSeqNumBlock_->first;
+}
+
+// Looks at the few blocks of the UNID block alone: with 50,000 items there are thousands of others.
+ReplicationState::Blocks<SeqNumBlock>::iterator
+ReplicationState::bestSeqNumBlock(std::int32_t unidBlockSuid) {
+    auto best = seqNumBlocks_.end();
+    auto key = seqNumBlockKeys_.lower_bound({unidBlockSuid, std::numeric_limits<std::int32_t>::min()});
+    for (; key != seqNumBlockKeys_.end() && key->first == unidBlockSuid; ++key) {
+        const auto candidate = seqNumBlocks_.find(key->second);
+        if (candidate->second.isFull()) continue;
+        if (best == seqNumBlocks_.end() || isBetter(candidate->second, best->second)) best = candidate;
+    }
+    return best;
+}
+
+// The block of this key, new or not.
+ReplicationState::Blocks<SeqNumBlock>::iterator ReplicationState::addSeqNumBlock(std::int32_t key,
+                                                                                 std::int32_t unidBlockSuid) {
+    const auto [block, isNew] = seqNumBlocks_.try_emplace(key, unidBlockSuid);
+    if (isNew) seqNumBlockKeys_.emplace(unidBlockSuid, key);
+    return block;
 }
 
 void ReplicationState::addEntry(const ItemVersion& version, std::uint32_t category,

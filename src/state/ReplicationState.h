@@ -5,6 +5,7 @@
 #include <optional>
 #include <ostream>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "device/PalmProxy.h"
@@ -119,6 +120,8 @@ private:
     void pruneUnidBlocks();
 
     // Updating.
+    Blocks<SeqNumBlock>::iterator addSeqNumBlock(std::int32_t key, std::int32_t unidBlockSuid);
+    Blocks<SeqNumBlock>::iterator bestSeqNumBlock(std::int32_t unidBlockSuid);
     std::int32_t unidBlockFor(const Dbid& dbid);
     std::int32_t seqNumBlockFor(std::int32_t unidBlockSuid, std::uint32_t index);
     void removeStubsOf(const SyncEntry& entry);
@@ -156,6 +159,7 @@ private:
     Blocks<UnidBlock>::iterator currentUnidBlock_;
     Blocks<SeqNumBlock> seqNumBlocks_;
     Blocks<SeqNumBlock>::iterator currentSeqNumBlock_;
+    std::set<std::pair<std::int32_t, std::int32_t>> seqNumBlockKeys_; // each behind the key of its UNID block
     std::map<std::int32_t, Stub> deletionStubs_;
     std::map<std::int32_t, Stub> modificationStubs_;
     std::set<ItemId> deletedItems_; // all of whose records the device has deleted

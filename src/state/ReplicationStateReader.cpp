@@ -139,8 +139,7 @@ void ReplicationState::readItem(std::uint32_t suid, std::uint32_t unidBlockSuid,
         }
     }
     const auto block =
-        seqNumBlocks_.try_emplace(static_cast<std::int32_t>(suid), static_cast<std::int32_t>(unidBlockSuid))
-            .first;
+        addSeqNumBlock(static_cast<std::int32_t>(suid), static_cast<std::int32_t>(unidBlockSuid));
     if (hasHoles) { // new records whose fixups never ran: the item loses them, and Notes offers it again
         item.setSequenceNumber(0);
         item.removeZeroUids();

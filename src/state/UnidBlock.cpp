@@ -1,19 +1,29 @@
 #include "state/UnidBlock.h"
 
+#include <algorithm>
 #include <iterator>
 
 #include "foundation/GeneralError.h"
 
 namespace tsr {
 
+UnidBlock::Unids::const_iterator UnidBlock::place(std::uint32_t index) const {
+    return std::partition_point(unids_.begin(), unids_.end(),
+                                [index](const auto& item) { return item.first < index; });
+}
+
 const Unid& UnidBlock::unidAt(std::uint32_t index) const {
-    const auto found = unids_.find(index);
-    if (found == unids_.end()) throw GeneralError(Message::InvalidUnidBlockIndex) << Tag('n') << index;
+    const auto found = place(index);
+    if (found == unids_.end() || found->first != index) {
+        throw GeneralError(Message::InvalidUnidBlockIndex) << Tag('n') << index;
+    }
     return found->second;
 }
 
-std::uint32_t UnidBlock::freeIndex() const {
-    if (unids_.empty()) return 0;
+bool UnidBlock::hasGap() const { return unids_.back().first - unids_.front().first + 1 != unids_.size(); }
+
+// Behind the UNID before the gap; of gaps of one width the first.
+std::uint32_t UnidBlock::narrowestGap() const {
     std::uint32_t narrowest = 0;
     std::uint32_t chosen = 0;
     for (auto lower = unids_.begin(), upper = std::next(lower); upper != unids_.end(); lower = upper++) {
@@ -23,22 +33,29 @@ std::uint32_t UnidBlock::freeIndex() const {
             chosen = lower->first + 1;
         }
     }
-    if (narrowest != 0) return chosen;
-    const std::uint32_t lowest = unids_.begin()->first;
-    return lowest != 0 ? lowest - 1 : unids_.rbegin()->first + 1;
+    return chosen;
+}
+
+std::uint32_t UnidBlock::freeIndex() const {
+    if (unids_.empty()) return 0;
+    if (hasGap()) return narrowestGap();
+    const std::uint32_t lowest = unids_.front().first;
+    return lowest != 0 ? lowest - 1 : unids_.back().first + 1;
 }
 
 std::uint32_t UnidBlock::addUnid(const Unid& unid) {
     const std::uint32_t index = freeIndex();
-    unids_.emplace(index, unid);
+    unids_.emplace(place(index), index, unid);
     dirty = true;
     return index;
 }
 
 void UnidBlock::addUnidAt(std::uint32_t index, const Unid& unid) {
-    if (!unids_.emplace(index, unid).second) {
+    const auto found = place(index);
+    if (found != unids_.end() && found->first == index) {
         throw GeneralError(Message::UnidBlockIndexTaken) << Tag('n') << index << Tag("unid") << unid.text();
     }
+    unids_.emplace(found, index, unid);
     dirty = true;
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <map>
+#include <utility>
+#include <vector>
 
 #include "foundation/Dbid.h"
 #include "foundation/Unid.h"
@@ -17,7 +19,7 @@ public:
     explicit UnidBlock(const Dbid& dbid) : dbid_(dbid) {}
 
     const Dbid& dbid() const { return dbid_; }
-    const std::map<std::uint32_t, Unid>& unids() const { return unids_; }
+    const std::vector<std::pair<std::uint32_t, Unid>>& unids() const { return unids_; } // by index
     bool isFull() const { return unids_.size() >= most; }
 
     const Unid& unidAt(std::uint32_t index) const; // raises InvalidUnidBlockIndex
@@ -36,10 +38,15 @@ public:
     bool dirty = false; // to be written by the next rewrite
 
 private:
+    using Unids = std::vector<std::pair<std::uint32_t, Unid>>;
+
     std::uint32_t freeIndex() const;
+    bool hasGap() const; // of a block that isn't empty
+    std::uint32_t narrowestGap() const;
+    Unids::const_iterator place(std::uint32_t index) const; // of the first UNID at `index` or behind it
 
     Dbid dbid_;
-    std::map<std::uint32_t, Unid> unids_;
+    Unids unids_; // sorted: a block of 256 is found and shifted faster in one piece of memory than in 256
 };
 
 } // namespace tsr

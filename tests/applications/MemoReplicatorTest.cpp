@@ -1,38 +1,27 @@
 #include "applications/MemoReplicator.h"
 
-#include <map>
-
-#include "foundation/GeneralError.h"
+#include "applications/ItemReplicatorTest.h"
 #include "foundation/signals.h"
 #include "records/NotesJournalRecord.h"
 #include "records/PalmDummyRecord.h"
 #include "records/PalmMemoRecord.h"
-#include "support/SessionTest.h"
 #include "support/errors.h"
-#include "support/testClock.h"
-
-#include "gmock/gmock.h"
 
 namespace tsr {
 namespace {
 
-using test::ScriptedServer;
+using test::dbidText;
+using test::noDbid;
+using test::noUnid;
+using test::Strings;
 using test::textRaisedBy;
+using test::unidA;
+using test::unidB;
+using test::unidC;
 using test::WireAnswer;
 using test::WireRequest;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Strings = std::vector<std::string>;
-
-constexpr std::uint32_t memoCreator = 0x6D656D6F;
-constexpr std::uint32_t dataType = 0x44415441;
-
-const std::string dbidText = "0123456789abcdef";
-const std::string unidA = "0000000000000000000000000000000a";
-const std::string unidB = "0000000000000000000000000000000b";
-const std::string unidC = "0000000000000000000000000000000c";
-const std::string noDbid = "0000000000000000";
-const std::string noUnid = "00000000000000000000000000000000";
 
 TEST(MemoApplicationTraits, TellsMemoPadFromTheOthers) {
     const MemoApplicationTraits traits;
@@ -61,64 +50,18 @@ public:
     using MemoReplicator::sendsWantedInFull;
 };
 
-class MemoReplicatorTest : public test::SessionTest {
+class MemoReplicatorTest : public test::ItemReplicatorTest<MemoReplicator, MemoApplicationTraits> {
 protected:
-    MemoReplicatorTest() {
-        test::setClock(1012998896);
-        configureType(2);
-        nameCategories({"Unfiled", "Home"});
-        palm->setApplication("Memo Pad", memoCreator, "MemoDB", dataType, ownCreator, "MemoSync", 0x4D454D4F);
-    }
-
-    void nameCategories(const Strings& names) {
-        std::vector<std::uint8_t> block(2 + 16 * 16);
-        for (std::size_t slot = 0; slot < names.size(); ++slot) {
-            std::copy(names[slot].begin(), names[slot].end(),
-                      block.begin() + static_cast<std::ptrdiff_t>(2 + 16 * slot));
-        }
-        database.setAppInfo(block);
-    }
-
-    std::string categoryName(std::size_t slot) {
-        return reinterpret_cast<const char*>(database.appInfo()->data() + 2 + 16 * slot);
-    }
-
-    // Answers each request code with its strings, and the usual ones as ever.
-    void answerWith(const std::map<std::uint32_t, Strings>& answers) {
-        serve([answers](const WireRequest& request) {
-            const auto found = answers.find(request.code);
-            if (found != answers.end()) return WireAnswer{.strings = found->second};
-            return ScriptedServer::usualAnswer(request);
-        });
-        configureType(2);
-    }
-
     // A server that has and wants nothing.
-    static std::map<std::uint32_t, Strings> quietServer() {
+    static test::Answers quietServer() {
         return {{350, {"token"}}, {359, {"0"}}, {360, {"0"}}, {353, {"0"}},
                 {354, {"0"}},     {356, {"0"}}, {351, {"0"}}, {352, {"0"}}};
-    }
-
-    void run() {
-        hotSyncLogClear();
-        MemoReplicator(makeCounted<PalmProxy>(nullptr)).run(ReplicationType::Normal);
-        EXPECT_THAT(logEntries(), ElementsAre(std::pair("Memo Pad", 19), std::pair("Memo Pad", 20)));
-    }
-
-    std::vector<Strings> sent(std::uint32_t code) {
-        std::vector<Strings> result;
-        for (const WireRequest& request : server->requests()) {
-            if (request.code == code) result.push_back(request.strings);
-        }
-        return result;
     }
 
     static std::vector<std::uint8_t> textBytes(const std::string& text) {
         return {text.c_str(), text.c_str() + text.size() + 1};
     }
 
-    HandheldDatabase& database = handheld.create("MemoDB", dataType, memoCreator);
-    CountedPtr<PalmProxy> palm = makeCounted<PalmProxy>(nullptr);
     OpenReplicator replicator{palm};
 };
 
@@ -217,7 +160,7 @@ TEST_F(MemoReplicatorTest, SendsANewMemo) {
     answers[355] = {dbidText, unidA, "1"};
     answerWith(answers);
     database.addRecord(textBytes("Shopping\nMilk"), 0);
-    run();
+    EXPECT_THAT(run(), IsEmpty());
     EXPECT_EQ(
         server->requests(),
         (std::vector<WireRequest>{
@@ -245,14 +188,14 @@ TEST_F(MemoReplicatorTest, AnswersWhatTheServerWants) {
     answers[355] = {dbidText, unidA, "1"};
     answerWith(answers);
     database.addRecord(textBytes("Milk"), 0);
-    run();
+    EXPECT_THAT(run(), IsEmpty());
     ASSERT_TRUE(database.editRecord(1, textBytes("Bread")));
 
     answers[353] = {"1"};
     answers[354] = {"1", dbidText, unidA};
     answers[355] = {dbidText, unidA, "2"};
     answerWith(answers);
-    run();
+    EXPECT_THAT(run(), IsEmpty());
     EXPECT_THAT(sent(350), ElementsAre(Strings{"287152496", "C", dbidText, unidA, "1", "2"}));
     EXPECT_THAT(sent(354), ElementsAre(Strings{"token", "0", "1"}));
     EXPECT_THAT(sent(355), ElementsAre(Strings{"token", dbidText, unidA, "#Differences=0", "Body=Bread",
@@ -264,7 +207,7 @@ TEST_F(MemoReplicatorTest, AnswersWhatTheServerWants) {
     answers[360] = {"1", dbidText, unidA};
     answers[361] = {dbidText, unidB, "1"};
     answerWith(answers);
-    run();
+    EXPECT_THAT(run(), IsEmpty());
     EXPECT_THAT(sent(361), ElementsAre(Strings{"token", dbidText, unidA, "0", "#Differences=0", "Body=Butter",
                                                "Category=", "Subject=Butter"}));
 
@@ -272,7 +215,7 @@ TEST_F(MemoReplicatorTest, AnswersWhatTheServerWants) {
     answers = quietServer();
     answers[358] = {dbidText, unidB};
     answerWith(answers);
-    run();
+    EXPECT_THAT(run(), IsEmpty());
     EXPECT_THAT(sent(358), ElementsAre(Strings{dbidText, unidB})); // under its new identity
     EXPECT_THAT(sent(350), ElementsAre(Strings{"287152496", "C"}));
 }
@@ -280,7 +223,7 @@ TEST_F(MemoReplicatorTest, AnswersWhatTheServerWants) {
 TEST_F(MemoReplicatorTest, TakesWhatTheServerHas) {
     auto answers = quietServer();
     answers[356] = {"2"};
-    serve([answers](const WireRequest& request) {
+    answerBy([answers](const WireRequest& request) {
         if (request.code == 357 && request.strings[1] == "0") {
             return WireAnswer{.strings = {"UNID=" + unidA, "DBID=" + dbidText, "SeqNum=4", "Subject=Shopping",
                                           "Body=Milk", "Category=Shops"}};
@@ -289,12 +232,9 @@ TEST_F(MemoReplicatorTest, TakesWhatTheServerHas) {
             return WireAnswer{.strings = {"UNID=" + unidC, "DBID=" + dbidText, "SeqNum=5", "Subject=Lunch",
                                           "Body=", "Category=Home"}};
         }
-        const auto found = answers.find(request.code);
-        return found == answers.end() ? ScriptedServer::usualAnswer(request)
-                                      : WireAnswer{.strings = found->second};
+        return answerOf(answers, request);
     });
-    configureType(2);
-    run();
+    EXPECT_THAT(run(), IsEmpty());
     EXPECT_THAT(sent(357), ElementsAre(Strings{"token", "0", "1"}, Strings{"token", "1", "1"}));
     EXPECT_EQ(contents(database), (Strings{"1/2: " + test::hexText(textBytes("Subject: Shopping\nMilk")),
                                            "2/1: " + test::hexText(textBytes("Subject: Lunch\n"))}));
@@ -304,7 +244,7 @@ TEST_F(MemoReplicatorTest, TakesWhatTheServerHas) {
     answers[351] = {"1"};
     answers[352] = {"1", dbidText, unidA};
     answerWith(answers);
-    run();
+    EXPECT_THAT(run(), IsEmpty());
     EXPECT_THAT(sent(350),
                 ElementsAre(Strings{"287152496", "C", dbidText, unidA, "4", "4", dbidText, unidC, "5", "5"}));
     EXPECT_EQ(contents(database), Strings{"2/1: " + test::hexText(textBytes("Subject: Lunch\n"))});

@@ -29,5 +29,23 @@ TEST(Crc16, TakesTheTopBitFirst) {
 
 TEST(Crc16, SeesTheOrderOfBytes) { EXPECT_NE(crcOf("01 02"), crcOf("02 01")); }
 
+// Bit by bit, as the parameters tell it.
+std::uint16_t definition(const std::vector<std::uint8_t>& data) {
+    std::uint32_t value = 0xFFFF;
+    for (const std::uint8_t byte : data) {
+        value ^= static_cast<std::uint32_t>(byte) << 8;
+        for (int bit = 0; bit < 8; ++bit) value = (value << 1 ^ (value & 0x8000 ? 0x1021u : 0u)) & 0xFFFF;
+    }
+    return static_cast<std::uint16_t>(value);
+}
+
+TEST(Crc16, IsThatOfItsDefinitionForEveryLength) {
+    std::vector<std::uint8_t> data;
+    for (std::uint32_t length = 0; length < 1000; ++length) {
+        ASSERT_EQ(crc16(data.data(), data.size()), definition(data)) << length;
+        data.push_back(static_cast<std::uint8_t>(length * 167 + length / 7));
+    }
+}
+
 } // namespace
 } // namespace tsr

@@ -1,6 +1,6 @@
 #include "records/PalmMemoRecord.h"
 
-#include "support/bytes.h"
+#include "records/recordBytes.h"
 #include "support/errors.h"
 
 #include "gtest/gtest.h"
@@ -9,16 +9,9 @@ namespace tsr {
 namespace {
 
 using test::bytes;
+using test::dataOf;
+using test::fill;
 using test::textRaisedBy;
-
-void fill(PalmRecordBuffer& buffer, const std::string& pairs) {
-    const std::vector<std::uint8_t> data = bytes(pairs);
-    buffer.appendBytes(data.data(), data.size());
-}
-
-std::vector<std::uint8_t> dataOf(const PalmRecordBuffer& buffer) {
-    return {buffer.data(), buffer.data() + buffer.size()};
-}
 
 TEST(PalmMemoRecord, GoesBothWays) {
     const struct {

@@ -55,6 +55,15 @@ TEST(ClientRequest, AStringEndsAtItsFirstNul) {
     EXPECT_EQ(test::hexText(sent(request)[1]), "61 00 00 00");
 }
 
+TEST(ClientRequest, StringsFollowWhatIsThereOneByOne) {
+    ClientRequest request;
+    request.addString("a");
+    request.addStrings({"b", "", std::string("c\0d", 3)});
+    request.addStrings({});
+    request.addString("e");
+    EXPECT_EQ(test::hexText(sent(request)[1]), "61 00 00 00 62 00 00 00 00 00 63 00 00 00 65 00 00 00");
+}
+
 TEST(ClientRequest, GoesOutTheSameTwice) {
     ClientRequest request;
     request.setCode(350);

@@ -32,11 +32,12 @@ protected:
         put(database, 2, 6, "00 31 32 37 2E 30 2E 30 2E 31 00" + port + " 00"); // "", "127.0.0.1", the port
     }
 
-    // The application's record of category 7: its next replication type, conflict rule C, a window of today.
-    void configureType(int type) {
+    // The application's record, by default of category 7: its next replication type, conflict rule C, a
+    // window of today.
+    void configureType(int type, std::uint8_t category = 7) {
         HandheldDatabase& database = *handheld.find("VellumConfig");
         database.eraseRecord(3);
-        put(database, 3, 7, "0" + std::to_string(type) + " 01 00 00 00 00 00 00");
+        put(database, 3, category, "0" + std::to_string(type) + " 01 00 00 00 00 00 00");
     }
 
     // The entries of the HotSync log: text and activity code.

@@ -6,7 +6,7 @@ namespace tsr::platform {
 
 namespace {
 
-constexpr std::size_t maxBytes = 1 << 20; // the largest zones take some 4 KiB
+constexpr std::size_t maxBytes = 1 << 16; // the largest zones take some 4 KiB
 
 std::string contentOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
