@@ -101,7 +101,8 @@ bool CopyPass::copyRecord(const HandheldRecord& pending) {
     if (pending.data.size() < pendingHeaderBytes || pending.data[1] >= HandheldRecord::categories)
         return false;
     const std::vector<std::uint8_t> data(pending.data.begin() + pendingHeaderBytes, pending.data.end());
-    const std::uint32_t id = application_.writeRecord(0, pending.data[1], false, data);
+    const bool secret = (pending.attributes & HandheldRecord::secret) != 0;
+    const std::uint32_t id = application_.writeRecord(0, pending.data[1], secret, data);
     if (id == 0) return false;
     copied_[pending.id] = id;
     sync_.eraseRecord(pending.id);

@@ -72,6 +72,13 @@ TEST_F(RemoteModuleTest, CopiesARecordAndFillsItsHole) {
               (std::vector<HandheldRecord>{{0x10, 0, 2, bytes("00 00 00 09 00 00 42 77")}}));
 }
 
+TEST_F(RemoteModuleTest, KeepsARecordSecret) {
+    sync_.putRecord({0x11, HandheldRecord::secret, 3, bytes("00 05 48 69 00")});
+    EXPECT_EQ(answer(), "0|17|");
+    EXPECT_EQ(*application_.records().find(1),
+              (HandheldRecord{1, HandheldRecord::secret, 5, bytes("48 69 00")}));
+}
+
 TEST_F(RemoteModuleTest, TakesSeveralPasses) {
     const std::size_t count = 2 * CopyPass::recordsInOnePass + 1;
     sync_.putRecord({1, 0, 2, Bytes(4 + 3 * count)});
