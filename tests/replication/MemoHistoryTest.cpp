@@ -1,7 +1,6 @@
 // Random edits on both sides over many HotSyncs of every type.
 
 #include <map>
-#include <optional>
 #include <random>
 #include <set>
 
