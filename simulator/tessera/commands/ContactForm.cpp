@@ -154,7 +154,8 @@ DocumentForm::Json ContactForm::toJson(const Document& document) const {
 Properties ContactForm::fromJson(const Json& json) const {
     Contact contact;
     for (const TextField& field : textFields) field.of(contact) = json.value(field.name, "");
-    for (const auto& [name, numbers] : json.value("phones", Json::object()).items()) {
+    const Json phones = json.value("phones", Json::object());
+    for (const auto& [name, numbers] : phones.items()) {
         contact.phonesOf(parsedKind(name)) = numbers.get<std::vector<std::string>>();
         std::erase(contact.phonesOf(parsedKind(name)), "");
     }
