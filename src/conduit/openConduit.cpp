@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "applications/AddressReplicator.h"
+#include "applications/DatebookReplicator.h"
 #include "applications/FreeTimeReplicator.h"
 #include "applications/MemoReplicator.h"
 #include "applications/ToDoReplicator.h"
@@ -18,6 +19,7 @@ constexpr std::int32_t unknownApplication = -1;
 std::unique_ptr<Replicator> makeReplicator(std::uint32_t creator, const CountedPtr<PalmProxy>& palm) {
     switch (creator) {
     case fourCharacterCode("addr"): return std::make_unique<AddressReplicator>(palm);
+    case fourCharacterCode("date"): return std::make_unique<DatebookReplicator>(palm);
     case fourCharacterCode("memo"): return std::make_unique<MemoReplicator>(palm);
     case fourCharacterCode("todo"): return std::make_unique<ToDoReplicator>(palm);
     case fourCharacterCode("TSRA"): return std::make_unique<FreeTimeReplicator>(palm);
