@@ -21,9 +21,7 @@ namespace tsr {
 //   property                        value
 //   "#Differences"                  "0": the whole meeting; sent only
 //   "0037001F"                      subject
-//   "00170041"                      body: on arrival text in hexadecimal, whose line ends become LF; sent as
-//   it
-//                                   stands
+//   "00170041"                      body: arrives in hexadecimal, line ends become LF; sent as it stands
 //   "42150003"                      "1": all day
 //   "42130003"                      duration in minutes; an all-day meeting sends "1"
 //   "420D0040"                      start: seconds since 1993, UTC

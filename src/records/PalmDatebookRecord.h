@@ -20,17 +20,20 @@ namespace tsr {
 //   offset  size  field
 //   0       4     start hour and minute, end hour and minute; all four 0xFF for an event without a time
 //   4       2     date
-//   6       1     flags: 0x40 alarm, 0x20 repeat, 0x10 note, 0x08 exceptions, 0x04 description; these follow,
-//                 where their flag is set, in this order:
+//   6       1     flags; what follows the next byte is there where its flag is set
 //   7       1     0
-//           2     alarm: lead, and its unit, 0 minutes, 1 hours, 2 days
-//           8     repeat: type (1 daily, 2 weekly, 3 monthly by day, 4 monthly by date, 5 yearly), 0, end
-//           date
-//                 (2; 0xFFFF is forever), frequency, days (weekly: mask of days; by day: (instance - 1) * 7 +
-//                 weekday), start of week, 0
-//           2+2n  exceptions: count, and the dates on which the repeat does not occur
-//           n+1   description, ends with a NUL
-//           n+1   note, ends with a NUL
+//           2     0x40 alarm: lead, and its unit, 0 minutes, 1 hours, 2 days
+//           8     0x20 repeat:
+//                   1  type: 1 daily, 2 weekly, 3 monthly by day, 4 monthly by date, 5 yearly; 0 is refused
+//                   1  0
+//                   2  end date; 0xFFFF is forever
+//                   1  frequency
+//                   1  weekly: mask of days; monthly by day: (instance - 1) * 7 + weekday; else 0
+//                   1  start of the week, not read, written 0
+//                   1  0
+//           2+2n  0x08 exceptions: count, and the dates on which the repeat does not occur
+//           n+1   0x04 description, ends with a NUL
+//           n+1   0x10 note, ends with a NUL
 //
 // The secret attribute of the buffer is `isPrivate`. Several records can make up one meeting: in their
 // PalmRecordGroup tag 0 is the master, and any other tag the days from 1970-01-01 to the date of its record.
@@ -97,7 +100,7 @@ private:
     std::uint8_t repeatOn() const;
 
     CountedPtr<RepeatInfo> repeat_; // never null; copies share it
-    // Never null, and shared by copies: a meeting of many days has one copy for each.
+    // Never null, and shared by copies too: a meeting of many days has one record for each of them.
     Text description_;
     Text note_;
     bool allDay_ = false;
