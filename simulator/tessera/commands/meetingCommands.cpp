@@ -11,6 +11,7 @@
 #include "tessera/commands/Table.h"
 #include "tessera/commands/TesseraCommandLine.h"
 #include "tessera/commands/documentChoice.h"
+#include "tessera/commands/optionalFlag.h"
 #include "tessera/commands/readings.h"
 
 namespace tsr {
@@ -152,7 +153,7 @@ CLI::Option* addSettingOptions(CLI::App& command, MeetingOptions& options) {
     command.add_option("--minutes", options.minutes, "How long it lasts; 60, or a whole day")
         ->check(CLI::Range(std::uint32_t{0}, maxMinutes));
     command.add_option("--subject", options.subject, "What it is about");
-    command.add_flag("--all-day,!--timed", options.allDay, "Whether it takes whole days");
+    addOptionalFlag(command, "--all-day,!--timed", options.allDay, "Whether it takes whole days");
     return start;
 }
 

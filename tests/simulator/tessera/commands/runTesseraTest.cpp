@@ -265,6 +265,9 @@ TEST_F(RunTesseraTest, TakesMeetingsOfWholeDays) {
     EXPECT_EQ(run({"list", "meetings", "--user", "Ann"}), 0);
     EXPECT_THAT(out, HasSubstr("  2026-12-24  1440     Closed\n"));
     const std::string id = out.substr(out.find('\n') + 1, 8);
+    EXPECT_EQ(run({"edit", "meeting", id, "--user", "Ann", "--subject", "Holiday"}), 0);
+    EXPECT_EQ(run({"show", "meeting", id, "--user", "Ann"}), 0);
+    EXPECT_THAT(out, HasSubstr("All day   yes\n")); // nobody said otherwise
     EXPECT_EQ(run({"edit", "meeting", id, "--user", "Ann", "--timed"}), 0);
     EXPECT_EQ(run({"show", "meeting", id, "--user", "Ann"}), 0);
     EXPECT_THAT(out, HasSubstr("All day   no\n"));
@@ -401,6 +404,11 @@ TEST_F(RunTesseraTest, AddsEditsListsAndDeletesTasks) {
     EXPECT_EQ(task["private"], false);
     EXPECT_EQ(task["repeats"], "FREQ=DAILY");
     EXPECT_FALSE(task.contains("due"));
+    EXPECT_EQ(run({"edit", "task", "--user", "Ann", id, "--private", "--open"}), 0);
+    EXPECT_EQ(run({"edit", "task", "--user", "Ann", id, "--priority", "low"}), 0);
+    EXPECT_EQ(run({"show", "task", "--user", "Ann", id, "--json"}), 0);
+    EXPECT_EQ(nlohmann::json::parse(out)["private"], true); // what isn't named stays
+    EXPECT_EQ(nlohmann::json::parse(out)["completed"], false);
     expectFailure(2, {"add", "task", "--user", "Ann", "--subject", "a", "--due", "2026-02-30"},
                   "'2026-02-30' is not a day");
     expectFailure(2, {"add", "task", "--user", "Ann", "--subject", "a", "--priority", "7"},
