@@ -34,16 +34,19 @@ std::string bodyOf(std::size_t number) {
          + "\nTwo pounds of apples, flour, milk and a dozen of eggs\nCall back before noon\n";
 }
 
+void addSampleUser(Store& store) {
+    User user;
+    user.name = userName;
+    store.addUser(user, hashPassword(password, PasswordCost::Minimal));
+}
+
 std::uint8_t categoryOf(std::size_t number) { return static_cast<std::uint8_t>(number % categories); }
 
 } // namespace
 
 MemoScene::MemoScene(std::size_t memos, Place place)
-    : memos_(memos), store_(Store::inMemory()), service_(store_, [] { return noon; }),
+    : memos_(memos), file_(addSampleUser), store_(file_.name()), service_(store_, [] { return noon; }),
       server_(service_, "127.0.0.1", 0) {
-    User user;
-    user.name = userName;
-    store_.addUser(user, hashPassword(password, PasswordCost::Minimal));
     journal_ = store_.database(store_.findUser(userName)->id, journalKind).id;
     handheld_.clock = static_cast<std::uint32_t>(noon);
     addStandardDatabases(handheld_);

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "bench/scale/StoreFile.h"
 #include "handheld/Handheld.h"
 #include "tessera/Store.h"
 #include "tessera/TcpServer.h"
@@ -10,8 +11,8 @@
 
 namespace tsr::bench {
 
-// A handheld in memory and a server over a store in memory, ready for their first HotSync. All of it is made
-// up of the same bytes each time, but for the port of the server.
+// A handheld in memory and a server over a store in a file, as servers have it, ready for their first
+// HotSync. All of it is made up of the same bytes each time, but for the port of the server.
 class MemoScene {
 public:
     enum class Place { Handheld, Notes };
@@ -35,6 +36,7 @@ private:
     void configure();
 
     std::size_t memos_;
+    StoreFile file_;
     Store store_;
     TesseraService service_;
     TcpServer server_;

@@ -24,8 +24,10 @@ protected:
         return text.str();
     }
 
-    // Beside this program, which stands for the library.
-    const std::string path = platform::moduleDirectory(moduleName) + "TsrStreamTest.log";
+    // The file stands beside this program, which stands for the library. Each test has its own, as others run
+    // at the same time.
+    const std::string application = testing::UnitTest::GetInstance()->current_test_info()->name();
+    const std::string path = platform::moduleDirectory(moduleName) + DebugLogStream::fileName(application);
 };
 
 TEST(DebugLogStream, IsNamedForItsApplicationWithoutBlanks) {
@@ -38,14 +40,14 @@ TEST(DebugLogStream, IsNamedForItsApplicationWithoutBlanks) {
 TEST_F(DebugLogStreamFile, IsMadeAsItIsOpened) {
     DebugLogStream log;
     EXPECT_FALSE(std::filesystem::exists(path));
-    log.open("Stream Test");
+    log.open(application);
     EXPECT_TRUE(std::filesystem::exists(path));
 }
 
 TEST_F(DebugLogStreamFile, TakesTaggedTextBehindWhatItHolds) {
     for (int session = 1; session <= 2; ++session) {
         DebugLogStream log;
-        log.open("Stream Test");
+        log.open(application);
         log << "session $n" << Tag('n') << session << '\n';
     }
     EXPECT_EQ(content(), "session 1\nsession 2\n");
@@ -54,7 +56,7 @@ TEST_F(DebugLogStreamFile, TakesTaggedTextBehindWhatItHolds) {
 TEST_F(DebugLogStreamFile, LosesWhatCannotBeWritten) {
     std::filesystem::create_directory(path); // a file of this name can't be opened
     DebugLogStream log;
-    log.open("Stream Test");
+    log.open(application);
     log << "lost\n";
     EXPECT_TRUE(std::filesystem::is_directory(path));
 }
