@@ -2,15 +2,18 @@
 
 #include <array>
 
+#include "tessera/Meeting.h"
 #include "tessera/Memo.h"
 #include "tessera/UserDatabase.h"
 #include "tessera/contactDocument.h"
+#include "tessera/meetingDifferences.h"
+#include "tessera/meetingOccurrences.h"
 #include "tessera/taskDocument.h"
 
 namespace tsr {
 
 std::span<const Application> applications() {
-    static constexpr std::array<Application, 3> all{{
+    static constexpr std::array<Application, 4> all{{
         {.databaseKind = contactsKind,
          .documentKind = contactKind,
          .commands = addressCommands,
@@ -19,6 +22,15 @@ std::span<const Application> applications() {
          .itemStrings = 4,
          .countsDeletions = true,
          .tellsReplacedUnid = true},
+        {.databaseKind = mailDatabaseKind,
+         .documentKind = meetingKind,
+         .commands = dateBookCommands,
+         .adopt = adoptMeeting,
+         .infoStrings = 2,
+         .itemStrings = 5,
+         .takesPart = takesPlace,
+         .given = withInstances,
+         .differ = meetingDifferences},
         {.databaseKind = journalKind, .documentKind = memoKind, .commands = memoCommands, .adopt = adoptMemo},
         {.databaseKind = mailDatabaseKind,
          .documentKind = taskKind,

@@ -9,6 +9,7 @@ namespace tsr {
 struct DocumentVersion {
     std::string unid;
     std::uint32_t sequence = 0;
+    bool takesPart = true; // in the replication at hand
 };
 
 } // namespace tsr

@@ -7,12 +7,6 @@ namespace tsr {
 
 namespace {
 
-// Between sessions a handheld keeps 16 bits of a sequence number. No document has a number of which they are
-// 0, so that 0 is always a reset.
-bool isCurrent(std::uint32_t known, std::uint32_t sequence) {
-    return known != 0 && (known & 0xFFFF) == (sequence & 0xFFFF);
-}
-
 void settleConflict(const ItemName& name, ConflictRule rule, Exchange& exchange) {
     if (rule == ConflictRule::KeepHandheld) exchange.wanted.push_back(name);
     if (rule == ConflictRule::KeepBoth) exchange.anomalies.push_back(name);
@@ -24,6 +18,11 @@ void settleConflict(const ItemName& name, ConflictRule rule, Exchange& exchange)
 
 } // namespace
 
+// No document has a number whose low 16 bits are 0, so that 0 is always a reset.
+bool isCurrent(std::uint32_t known, std::uint32_t sequence) {
+    return known != 0 && (known & 0xFFFF) == (sequence & 0xFFFF);
+}
+
 Exchange compare(const std::vector<KnownItem>& known, const std::string& dbid,
                  const std::vector<DocumentVersion>& documents, ConflictRule rule) {
     std::unordered_map<std::string_view, std::size_t> indices;
@@ -32,7 +31,8 @@ Exchange compare(const std::vector<KnownItem>& known, const std::string& dbid,
 
     Exchange exchange;
     std::vector<bool> listed(documents.size());
-    std::vector<bool> toReceive(documents.size(), true);
+    std::vector<bool> toReceive;
+    for (const DocumentVersion& document : documents) toReceive.push_back(document.takesPart);
     for (const KnownItem& item : known) {
         const auto found = indices.find(item.name.unid);
         if (item.name.dbid != dbid || found == indices.end()) {
@@ -42,8 +42,10 @@ Exchange compare(const std::vector<KnownItem>& known, const std::string& dbid,
         const std::size_t index = found->second;
         if (listed[index]) continue;
         listed[index] = true;
+        if (!documents[index].takesPart) continue;
         const bool changedInNotes = !isCurrent(item.sequence, documents[index].sequence);
         toReceive[index] = changedInNotes && !item.modified;
+        if (item.modified) exchange.modified.emplace(item.name.unid, item.sequence);
         if (item.modified && changedInNotes) {
             settleConflict(item.name, rule, exchange);
         } else if (item.modified) {

@@ -6,6 +6,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "tessera/DateWindow.h"
 #include "tessera/DocumentVersion.h"
 #include "tessera/ItemName.h"
 
@@ -34,10 +35,16 @@ struct Exchange {
     std::unordered_map<std::string, std::uint32_t> guarded{}; // Unid to the only version that may be replaced
     std::vector<bool> anomalyOutstanding{};                   // in the order of `anomalies`
     std::unordered_set<std::string> copied{}; // Unids of those wanted whose version becomes a new document
+    std::unordered_map<std::string, std::uint32_t> modified{}; // Unid to the version that the handheld knows
+    DateWindow window{};                                       // of an application whose items have dates
 };
 
+// Whether the handheld's number, of which it keeps 16 bits, is that of the document.
+bool isCurrent(std::uint32_t known, std::uint32_t sequence);
+
 // Works out what the handheld that knows `known` and the documents of the database `dbid` are missing from
-// each other. An item listed twice counts once. Everything to receive keeps the order of the documents, the
+// each other. An item listed twice counts once. A document that takes no part is neither received nor wanted,
+// and it isn't deleted either. Everything to receive keeps the order of the documents, the
 // rest that of the list. Only rules that keep versions of Notes guard them.
 Exchange compare(const std::vector<KnownItem>& known, const std::string& dbid,
                  const std::vector<DocumentVersion>& documents, ConflictRule rule);

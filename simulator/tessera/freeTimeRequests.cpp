@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "tessera/Meeting.h"
 #include "tessera/RequestRefused.h"
 #include "tessera/freeTime.h"
+#include "tessera/meetingOccurrences.h"
 #include "tessera/numbers.h"
 
 namespace tsr {
@@ -14,10 +14,12 @@ namespace {
 // Devices may ask for 65,535 days; nobody plans further than this.
 constexpr std::uint32_t maxSearchDays = 366;
 
-std::vector<Span> busySpans(Store& store, const User& user) {
+std::vector<Span> busySpansOf(Store& store, const User& user, const DateWindow& days) {
     std::vector<Span> spans;
     for (const Document& document : store.documents(store.mailDatabase(user.id).id, meetingKind)) {
-        if (const auto meeting = toMeeting(document)) spans.push_back(busySpan(*meeting, user.zone));
+        const auto meeting = toMeeting(document);
+        if (!meeting) continue;
+        for (const Span& span : busySpans(*meeting, user.zone, days)) spans.push_back(span);
     }
     return spans;
 }
@@ -30,7 +32,9 @@ std::vector<std::string> findFreeTime(const RequestContext& context) {
     if (!user) throw RequestRefused(ResultCode::NotFound, "There is no user " + context.quoted(1) + ".");
 
     std::vector<std::string> strings;
-    const std::vector<Span> busy = busySpans(context.store, *user);
+    const std::chrono::sys_days today = dayOf(user->zone.toLocal(context.now));
+    const DateWindow searched{today, today + std::chrono::days(days)};
+    const std::vector<Span> busy = busySpansOf(context.store, *user, searched);
     for (const Span& span : freeSpans(*user, busy, context.user().zone, context.now, days)) {
         if (span.start < firstNotesSecond || span.start > lastNotesSecond) continue;
         strings.push_back(std::to_string(span.start - firstNotesSecond));

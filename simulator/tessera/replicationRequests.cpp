@@ -5,6 +5,8 @@
 #include <unordered_set>
 
 #include "tessera/RequestRefused.h"
+#include "tessera/meetingPattern.h"
+#include "tessera/numbers.h"
 
 namespace tsr {
 
@@ -82,6 +84,24 @@ void confirmKnown(const Application& application, const RequestContext& context,
     transaction.commit();
 }
 
+// The first and the last day, each in seconds from 1993 to its midnight.
+DateWindow dateWindow(const RequestContext& context) {
+    return {dayOf(firstNotesSecond + context.number(2)), dayOf(firstNotesSecond + context.number(3))};
+}
+
+std::vector<DocumentVersion> versions(const Application& application, const RequestContext& context,
+                                      const UserDatabase& database, const DateWindow& window) {
+    if (application.takesPart == nullptr)
+        return context.store.versions(database.id, application.documentKind);
+    const ZoneRule zone = context.user().zone;
+    std::vector<DocumentVersion> versions;
+    for (const Document& document : context.store.documents(database.id, application.documentKind)) {
+        versions.push_back(
+            {document.unid, document.sequence, application.takesPart(document.properties, window, zone)});
+    }
+    return versions;
+}
+
 // The device's time, the conflict rule, the strings of the application, then the known items. Answered with
 // the token under which the lists are asked for.
 std::vector<std::string> takeReplicationInfo(const Application& application, const RequestContext& context) {
@@ -99,8 +119,10 @@ std::vector<std::string> takeReplicationInfo(const Application& application, con
     }
     const UserDatabase database = databaseOf(application, context);
     confirmKnown(application, context, database, known);
-    const auto versions = context.store.versions(database.id, application.documentKind);
-    return {context.session.exchanges.add(application, compare(known, database.dbid, versions, rule))};
+    const DateWindow window = application.takesPart == nullptr ? DateWindow() : dateWindow(context);
+    Exchange exchange = compare(known, database.dbid, versions(application, context, database, window), rule);
+    exchange.window = window;
+    return {context.session.exchanges.add(application, std::move(exchange))};
 }
 
 template <List list>
@@ -146,8 +168,11 @@ std::vector<std::string> giveItem(const Application& application, const RequestC
     const std::string& unid = exchange.toReceive[position];
     const auto document = findDocument(application, context, database, {database.dbid, unid});
     if (!document) raiseNoDocument(unid);
+    const Properties properties = application.given == nullptr
+                                    ? document->properties
+                                    : application.given(document->properties, exchange.window);
     std::vector<std::string> strings;
-    for (const auto& [name, values] : document->properties) {
+    for (const auto& [name, values] : properties) {
         for (const std::string& value : values) strings.push_back(name + "=" + value);
     }
     strings.push_back("DBID=" + database.dbid);
@@ -208,6 +233,52 @@ void takeCopy(const Application& application, const RequestContext& context, con
     receiveToo(exchange, newDocument(application, context, database, application.adopt({}, sent)).unid);
 }
 
+// Whether the properties, which begin with string `first`, are differences.
+bool areDifferences(const Application& application, const RequestContext& context, std::size_t first) {
+    const auto& strings = context.strings;
+    const auto begin = strings.begin() + static_cast<std::ptrdiff_t>(first);
+    return application.differ != nullptr
+        && std::find(begin, strings.end(), "#Differences=1") != strings.end();
+}
+
+void noteChange(Exchange& exchange, const Document& changed) {
+    if (const auto guarded = exchange.guarded.find(changed.unid); guarded != exchange.guarded.end())
+        guarded->second = changed.sequence; // by the handheld, which may replace it once more
+}
+
+// The version that the handheld is told when it has sent differences. Where Notes has changed the document
+// too, the handheld is still to receive that, and until it has it knows the version that it knew.
+std::uint32_t toldSequence(Exchange& exchange, const Document& before, std::uint32_t changed) {
+    const auto known = exchange.modified.find(before.unid);
+    if (known == exchange.modified.end() || isCurrent(known->second, before.sequence)) return changed;
+    receiveToo(exchange, before.unid);
+    return known->second;
+}
+
+// Differences leave alone what they don't name, and so there is no version to lose in a conflict.
+std::vector<std::string> takeDifferences(const Application& application, const RequestContext& context,
+                                         const UserDatabase& database, Exchange& exchange,
+                                         const ItemName& name, const Properties& sent, bool notesPrevails) {
+    const auto document = findDocument(application, context, database, name);
+    if (!document) raiseNoDocument(name.unid);
+    raiseIfChanged(exchange, *document);
+    const Differences differences =
+        application.differ(document->properties, sent, context.user().zone, notesPrevails);
+    if (differences.killed) {
+        context.store.deleteDocument(database.id, name.unid);
+        return {database.dbid, name.unid, std::to_string(document->sequence)};
+    }
+    Document changed = *document;
+    if (differences.changed != document->properties)
+        changed = context.store.changeDocument(database.id, name.unid, differences.changed);
+    noteChange(exchange, changed);
+    // What an earlier session made of the same conflict, if that wasn't confirmed, is not made again.
+    for (const Properties& properties : differences.besides)
+        receiveToo(exchange, newDocument(application, context, database, properties).unid);
+    const std::uint32_t sequence = toldSequence(exchange, *document, changed.sequence);
+    return {database.dbid, name.unid, std::to_string(sequence)};
+}
+
 // The token, database, document, the strings of the application, and the properties. Without an identity it
 // is a new item. Answered with database, document and sequence number.
 std::vector<std::string> takeItem(const Application& application, const RequestContext& context) {
@@ -217,12 +288,15 @@ std::vector<std::string> takeItem(const Application& application, const RequestC
     const Properties sent = sentProperties(context, first);
     const ItemName name{context.strings[1], context.strings[2]};
     const UserDatabase database = databaseOf(application, context);
+    const bool differs = areDifferences(application, context, first);
     if (name == newItem) {
+        if (differs) throw RequestRefused(ResultCode::ItemRefused, "A new item differs from nothing.");
         const DocumentVersion added =
             newDocument(application, context, database, application.adopt({}, sent));
         return {database.dbid, added.unid, std::to_string(added.sequence)};
     }
     Exchange& exchange = exchangeOf(application, context);
+    if (differs) return takeDifferences(application, context, database, exchange, name, sent, false);
     const auto document = findDocument(application, context, database, name);
     if (!document) raiseNoDocument(name.unid);
     if (exchange.copied.contains(name.unid)) {
@@ -232,9 +306,7 @@ std::vector<std::string> takeItem(const Application& application, const RequestC
     raiseIfChanged(exchange, *document);
     const Document changed =
         context.store.changeDocument(database.id, name.unid, application.adopt(document->properties, sent));
-    if (const auto guarded = exchange.guarded.find(name.unid); guarded != exchange.guarded.end()) {
-        guarded->second = changed.sequence; // by the handheld, which may replace it once more
-    }
+    noteChange(exchange, changed);
     return {database.dbid, changed.unid, std::to_string(changed.sequence)};
 }
 
@@ -261,6 +333,11 @@ std::vector<std::string> takeAnomaly(const Application& application, const Reque
     Exchange& exchange = exchangeOf(application, context);
     const std::size_t index = outstandingAnomaly(exchange, name);
     const UserDatabase database = databaseOf(application, context);
+    if (areDifferences(application, context, first)) {
+        auto strings = takeDifferences(application, context, database, exchange, name, sent, true);
+        exchange.anomalyOutstanding[index] = false;
+        return strings;
+    }
     const auto kept = findDocument(application, context, database, name);
     DocumentVersion version;
     if (kept && kept->properties == application.adopt(kept->properties, sent)) {

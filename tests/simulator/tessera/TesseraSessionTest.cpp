@@ -181,6 +181,23 @@ TEST_F(TesseraSessionTest, SearchesFreeTime) {
                 ElementsAre("286966800", "60", "286975800", "330", "287053200", "480"));
 }
 
+TEST_F(TesseraSessionTest, SearchesFreeTimeAroundMeetingsThatRepeat) {
+    authenticate();
+    // Daily from 09:00 for 8 hours since long ago, without Tuesday, and on Wednesday until noon alone.
+    Meeting meeting{"Busy", monday - 700 * 24 * hour + 9 * hour, 480, false};
+    const auto today = dayOf(monday);
+    meeting.pattern.emplace().start = meeting.start;
+    meeting.pattern->deletions = {today + std::chrono::days(1)};
+    EventException half;
+    half.patternDate = today + std::chrono::days(2);
+    half.start = monday + 57 * hour;
+    half.minutes = 180;
+    meeting.pattern->exceptions = {half};
+    store.addDocument(store.mailDatabase(store.findUser("Ann")->id).id, meetingKind, toProperties(meeting));
+    // Tuesday 09:00 to 17:00, 33 hours on, and Wednesday 12:00 to 17:00, 60 hours on
+    EXPECT_THAT(ask(122, {"3", "Ann"}).strings, ElementsAre("287053200", "480", "287150400", "300"));
+}
+
 TEST_F(TesseraSessionTest, FindsNoFreeTimeInAFullCalendar) {
     authenticate();
     addMeeting("Ann", monday, 24 * 60);

@@ -167,7 +167,7 @@ TEST(Applications, AreServedUnderCodesOfTheirOwn) {
             EXPECT_FALSE(route.beforeAuthentication);
         }
     }
-    EXPECT_EQ(codes.size(), 12u + 12u + 11u); // contacts, memos, and tasks, which have no anomalies
+    EXPECT_EQ(codes.size(), 3u * 12 + 11); // contacts, meetings, memos, and tasks, which have no anomalies
 }
 
 } // namespace
