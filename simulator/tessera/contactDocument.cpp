@@ -66,16 +66,26 @@ const PhoneField* phoneField(char letter) {
     return found == phoneFields.end() ? nullptr : found;
 }
 
-// The letters of the numbers that a handheld has room for when it is given this document.
-std::string lettersOnHandheld(const Properties& properties) {
-    std::string letters;
-    for (const char letter : firstValue(properties, listedName) + unlistedOrder) {
+// Those of `letters` whose numbers a handheld has room for when it is given this document.
+std::string lettersWithRoom(const Properties& properties, const std::string& letters) {
+    std::string result;
+    for (const char letter : letters) {
         const PhoneField* const field = phoneField(letter);
-        if (letters.size() == handheldPhones || field == nullptr) continue;
-        if (letters.find(letter) == std::string::npos && !filled(properties, field->name).empty())
-            letters += letter;
+        if (result.size() == handheldPhones || field == nullptr) continue;
+        if (result.find(letter) == std::string::npos && !filled(properties, field->name).empty())
+            result += letter;
     }
-    return letters;
+    return result;
+}
+
+std::string lettersWhenGiven(const Properties& properties) {
+    return lettersWithRoom(properties, firstValue(properties, listedName) + unlistedOrder);
+}
+
+// A document without a list was never sent by the handheld, and so was given to it.
+std::string lettersOnHandheld(const Properties& properties) {
+    if (!properties.contains(listedName)) return lettersWhenGiven(properties);
+    return lettersWithRoom(properties, firstValue(properties, listedName));
 }
 
 } // namespace
@@ -103,6 +113,7 @@ void setContact(Properties& properties, const Contact& contact) {
     set(properties, titleName, splitLines(contact.title));
     for (std::size_t kind = 0; kind < phoneKinds; ++kind)
         set(properties, phoneFields[kind].name, contact.phones[kind]);
+    if (properties.contains(listedName)) properties[listedName] = {lettersWhenGiven(properties)};
     properties[preferredName] = {
         contact.displayed ? std::string(1, phoneFields[static_cast<std::size_t>(*contact.displayed)].letter)
                           : ""};

@@ -1,20 +1,43 @@
-#include "replication/MemoReplicationTest.h"
+#include "replication/MemoItems.h"
+#include "replication/ReplicationTest.h"
+#include "replication/failedCall.h"
+#include "tessera/Memo.h"
 
 namespace tsr {
 namespace {
 
-using test::memoCategory;
 using test::Strings;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-class MemoReplication : public test::MemoReplication {};
+class MemoReplication : public test::ApplicationTest<test::MemoItems> {
+protected:
+    std::uint32_t add(const std::string& text, std::uint8_t category = 0) {
+        return database().addRecord(textBytes(text), category);
+    }
+
+    void edit(std::uint32_t id, const std::string& text) {
+        ASSERT_TRUE(database().editRecord(id, textBytes(text)));
+    }
+
+    void addToNotes(const Memo& memo) { Replica::addToNotes(toProperties(memo)); }
+
+    void change(Document document, const Memo& memo) {
+        setMemo(document.properties, memo);
+        replaceInNotes(document);
+    }
+
+private:
+    static std::vector<std::uint8_t> textBytes(const std::string& text) {
+        return {text.c_str(), text.c_str() + text.size() + 1};
+    }
+};
 
 TEST_F(MemoReplication, NewMemosGoBothWays) {
     add("Shopping\nMilk");
     add("Subject: Report\nDone", 1);
-    office->add({.subject = "Lunch", .body = "Bring food", .categories = {"Personal"}});
+    addToNotes({.subject = "Lunch", .body = "Bring food", .categories = {"Personal"}});
     syncAndSettle();
     EXPECT_THAT(inNotes(), ElementsAre("Lunch | Bring food | Personal", "Report | Done | Business",
                                        "Shopping | Shopping\nMilk | "));
@@ -24,12 +47,11 @@ TEST_F(MemoReplication, NewMemosGoBothWays) {
 
 TEST_F(MemoReplication, ChangesGoBothWays) {
     const std::uint32_t id = add("Milk");
-    office->add({.subject = "Lunch", .body = "Bring food", .categories = {}});
+    addToNotes({.subject = "Lunch", .body = "Bring food", .categories = {}});
     syncAndSettle();
     edit(id, "Cream");
     ASSERT_TRUE(database().moveRecord(id, 2));
-    office->change(office->documents()[0],
-                   {.subject = "Dinner", .body = "Bring wine", .categories = {"Business"}});
+    change(documents()[0], {.subject = "Dinner", .body = "Bring wine", .categories = {"Business"}});
     syncAndSettle();
     EXPECT_THAT(inNotes(), ElementsAre("Cream | Cream | Personal", "Dinner | Bring wine | Business"));
 }
@@ -37,11 +59,11 @@ TEST_F(MemoReplication, ChangesGoBothWays) {
 TEST_F(MemoReplication, DeletionsGoBothWays) {
     const std::uint32_t milk = add("Milk");
     add("Bread");
-    office->add({.subject = "Lunch", .body = "", .categories = {}});
+    addToNotes({.subject = "Lunch", .body = "", .categories = {}});
     syncAndSettle();
     ASSERT_TRUE(database().deleteRecord(milk));
-    for (const Document& document : office->documents()) {
-        if (toMemo(document).subject == "Lunch") office->remove(document);
+    for (const Document& document : documents()) {
+        if (toMemo(document).subject == "Lunch") removeFromNotes(document);
     }
     syncAndSettle();
     EXPECT_THAT(inNotes(), ElementsAre("Bread | Bread | "));
@@ -68,7 +90,7 @@ TEST_F(MemoReplication, AMemoArchivedBeforeItsFirstHotSyncReachesNotes) {
 }
 
 TEST_F(MemoReplication, ACategoryThatIsUnknownToTheDeviceTakesAFreeSlot) {
-    office->add({.subject = "Lunch", .body = "", .categories = {"Garden"}});
+    addToNotes({.subject = "Lunch", .body = "", .categories = {"Garden"}});
     syncAndSettle();
     EXPECT_EQ(categoryName(3), "Garden"); // behind Unfiled, Business and Personal
     EXPECT_EQ(database().records().at(0).category, 3);
@@ -78,7 +100,7 @@ TEST_F(MemoReplication, UnderTheDevicesRuleAConflictEndsWithItsVersion) {
     const std::uint32_t id = add("Milk");
     syncAndSettle();
     edit(id, "Cream");
-    office->change(office->documents()[0], {.subject = "Butter", .body = "", .categories = {}});
+    change(documents()[0], {.subject = "Butter", .body = "", .categories = {}});
     syncAndSettle();
     EXPECT_THAT(inNotes(), ElementsAre("Cream | Cream | "));
 }
@@ -88,7 +110,7 @@ TEST_F(MemoReplication, UnderNotesRuleAConflictEndsWithBoth) {
     const std::uint32_t id = add("Milk");
     syncAndSettle();
     edit(id, "Cream");
-    office->change(office->documents()[0], {.subject = "Butter", .body = "", .categories = {}});
+    change(documents()[0], {.subject = "Butter", .body = "", .categories = {}});
     syncAndSettle();
     EXPECT_THAT(inNotes(), ElementsAre("Butter |  | ", "Cream | Cream | "));
 }
@@ -99,11 +121,11 @@ TEST_F(MemoReplication, AChangeLosesAgainstADeletionOnTheOtherSide) {
     syncAndSettle();
     edit(milk, "Cream");
     ASSERT_TRUE(database().deleteRecord(bread));
-    for (const Document& document : office->documents()) {
+    for (const Document& document : documents()) {
         if (toMemo(document).subject == "Milk") {
-            office->remove(document);
+            removeFromNotes(document);
         } else {
-            office->change(document, {.subject = "Toast", .body = "", .categories = {}});
+            change(document, {.subject = "Toast", .body = "", .categories = {}});
         }
     }
     syncAndSettle();
@@ -111,8 +133,8 @@ TEST_F(MemoReplication, AChangeLosesAgainstADeletionOnTheOtherSide) {
 }
 
 TEST_F(MemoReplication, AClearStartsTheDeviceAnewFromNotes) {
-    office->add({.subject = "Lunch", .body = "", .categories = {"Personal"}});
-    office->add({.subject = "Dinner", .body = "", .categories = {}});
+    addToNotes({.subject = "Lunch", .body = "", .categories = {"Personal"}});
+    addToNotes({.subject = "Dinner", .body = "", .categories = {}});
     syncAndSettle();
     add("Never sent");
     configure(NextReplication::Clear);
@@ -120,10 +142,8 @@ TEST_F(MemoReplication, AClearStartsTheDeviceAnewFromNotes) {
     // The database is made anew, without a category table until the application is started.
     EXPECT_THAT(onDevice(), ElementsAre("Dinner |  | "));
     EXPECT_THAT(inNotes(), ElementsAre("Dinner |  | ", "Lunch |  | Personal"));
-    EXPECT_EQ(ConfigurationDatabase(handheld).applications().at(memoCategory).type, NextReplication::Normal);
-    Handheld fresh;
-    addStandardDatabases(fresh);
-    database().setAppInfo(*fresh.find("MemoDB")->appInfo());
+    EXPECT_EQ(nextReplication(), NextReplication::Normal);
+    startApplication();
     syncAndSettle();
     EXPECT_THAT(inNotes(), ElementsAre("Dinner |  | ", "Lunch |  | Personal"));
 }
@@ -137,7 +157,7 @@ TEST_F(MemoReplication, AResetTakesWhatNotesHasAndLeavesTheRest) {
     sync();
     EXPECT_THAT(inNotes(), ElementsAre("Milk | Milk | Business"));
     EXPECT_THAT(onDevice(), UnorderedElementsAre("Milk | Milk | Business", "Bread | Bread | "));
-    EXPECT_EQ(ConfigurationDatabase(handheld).applications().at(memoCategory).type, NextReplication::Normal);
+    EXPECT_EQ(nextReplication(), NextReplication::Normal);
     configure(NextReplication::Slow); // finds the new record, whose flag the reset took
     syncAndSettle();
     EXPECT_THAT(inNotes(), ElementsAre("Bread | Bread | ", "Milk | Milk | Business"));
@@ -164,7 +184,7 @@ TEST_F(MemoReplication, AFastSessionIsANormalOne) {
 
 TEST_F(MemoReplication, ManyMemosComeInSeveralPasses) {
     for (int i = 0; i < 1200; ++i) {
-        office->add({.subject = "Memo " + std::to_string(i), .body = "text", .categories = {}});
+        addToNotes({.subject = "Memo " + std::to_string(i), .body = "text", .categories = {}});
     }
     syncAndSettle();
     EXPECT_EQ(database().records().size(), 1200U);
@@ -172,7 +192,7 @@ TEST_F(MemoReplication, ManyMemosComeInSeveralPasses) {
 
 TEST_F(MemoReplication, ADamagedStateEndsTheSessionAndNothingIsTouched) {
     const std::uint32_t milk = add("Milk");
-    office->add({.subject = "Lunch", .body = "", .categories = {}});
+    addToNotes({.subject = "Lunch", .body = "", .categories = {}});
     syncAndSettle();
     edit(milk, "Cream");
     HandheldDatabase& state = *handheld.find("MemoSync");
@@ -196,15 +216,6 @@ TEST_F(MemoReplication, ADamagedStateEndsTheSessionAndNothingIsTouched) {
     EXPECT_THAT(inNotes(), ElementsAre("Cream | Cream | ", "Lunch |  | "));
 }
 
-// The call that was made to fail; empty where the session ended before its turn.
-std::string failedCall() {
-    for (std::uint64_t index = 0; index < handheldTraceCount(); ++index) {
-        const std::string line = handheldTraceLine(index);
-        if (line.find(" -> 0x4006") != std::string::npos) return line;
-    }
-    return {};
-}
-
 // Each call of a HotSync fails in its turn, and a good one follows.
 TEST_F(MemoReplication, AFailedCallLosesNothing) {
     const Strings expected = {"Cream | Cream | ", "Dinner |  | Garden", "New | New | ", "Notice |  | "};
@@ -215,21 +226,21 @@ TEST_F(MemoReplication, AFailedCallLosesNothing) {
         startAfresh();
         const std::uint32_t milk = add("Milk");
         const std::uint32_t bread = add("Bread");
-        office->add({.subject = "Lunch", .body = "noon", .categories = {"Personal"}});
+        addToNotes({.subject = "Lunch", .body = "noon", .categories = {"Personal"}});
         sync();
         edit(milk, "Cream");
         ASSERT_TRUE(database().deleteRecord(bread));
         add("New");
-        for (const Document& document : office->documents()) {
+        for (const Document& document : documents()) {
             if (toMemo(document).subject == "Lunch")
-                office->change(document, {.subject = "Dinner", .body = "", .categories = {"Garden"}});
+                change(document, {.subject = "Dinner", .body = "", .categories = {"Garden"}});
         }
-        office->add({.subject = "Notice", .body = "", .categories = {}});
+        addToNotes({.subject = "Notice", .body = "", .categories = {}});
         handheldRestartCount();
         handheldFailCall(number, 0x4006);
         hotSync();
         handheldMend();
-        const std::string call = failedCall();
+        const std::string call = test::failedCall();
         sync();
         EXPECT_THAT(onDevice(), testing::IsSupersetOf(expected));
         EXPECT_THAT(inNotes(), testing::IsSupersetOf(expected));

@@ -51,8 +51,18 @@ TEST(ContactDocument, LeavesWhatAContactDoesNotKnow) {
     Properties properties{{"Birthday", {"1970-01-01"}}, {"PalmListed", {"Hm"}}, {"Home", {"9"}}};
     setContact(properties, pat());
     EXPECT_EQ(properties.at("Birthday"), std::vector<std::string>{"1970-01-01"});
-    EXPECT_EQ(properties.at("PalmListed"), std::vector<std::string>{"Hm"});
     EXPECT_FALSE(properties.contains("Home"));
+}
+
+// A handheld has room for five, and takes those first that it had.
+TEST(ContactDocument, ListsTheNumbersThatTheHandheldIsToHave) {
+    Properties properties{{"PalmListed", {"Hm"}}};
+    setContact(properties, pat());
+    EXPECT_EQ(properties.at("PalmListed"), std::vector<std::string>{"mW"});
+    Contact contact = pat();
+    for (std::vector<std::string>& numbers : contact.phones) numbers = {"1"};
+    setContact(properties, contact);
+    EXPECT_EQ(properties.at("PalmListed"), std::vector<std::string>{"mWEHF"});
 }
 
 // What the handheld sends of a contact with these numbers.
@@ -74,14 +84,35 @@ TEST(ContactDocument, TakesOverWhatTheHandheldSends) {
 }
 
 TEST(ContactDocument, KeepsTheNumbersThatTheHandheldHadNoRoomFor) {
-    const Properties kept{{"Email", {"e"}}, {"Work", {"w"}},  {"Home", {"h"}},       {"Fax", {"f"}},
-                          {"Main", {"m"}},  {"Other", {"o"}}, {"PalmListed", {"mm"}}};
-    // Five reach it: Main, which is listed, then Email, Work, Home, Fax. It deletes Fax and changes Work.
+    const Properties kept{{"Email", {"e"}}, {"Work", {"w"}},  {"Home", {"h"}},           {"Fax", {"f"}},
+                          {"Main", {"m"}},  {"Other", {"o"}}, {"PalmListed", {"mmEWHF"}}};
+    // It deletes Fax and changes Work.
     const Properties changed = adoptContact(
         kept, sent({{"Work", {"W"}}, {"Home", {"h"}}, {"Main", {"m"}}, {"Email", {"e"}}}, "WHmE"));
     EXPECT_FALSE(changed.contains("Fax"));
     EXPECT_EQ(changed.at("Other"), std::vector<std::string>{"o"});
     EXPECT_EQ(changed.at("Work"), std::vector<std::string>{"W"});
+}
+
+TEST(ContactDocument, KnowsWhatAHandheldHadRoomForThatNeverSentTheContact) {
+    const Properties kept{{"Email", {"e"}}, {"Work", {"w"}},   {"Home", {"h"}}, {"Fax", {"f"}},
+                          {"Main", {"m"}},  {"Mobile", {"M"}}, {"Other", {"o"}}};
+    const Properties changed = adoptContact(kept, sent({{"Email", {"e"}}}, "E"));
+    for (const char* const name : {"Work", "Home", "Fax", "Mobile"}) EXPECT_FALSE(changed.contains(name));
+    for (const char* const name : {"Email", "Main", "Other"}) EXPECT_TRUE(changed.contains(name));
+}
+
+// A place that becomes free on the handheld stays so until it is given the contact anew.
+TEST(ContactDocument, KeepsWhatTheHandheldHadNoRoomForOverSeveralVersions) {
+    Properties document{{"Work", {"w"}}, {"Home", {"h"}},  {"Fax", {"f"}},           {"Other", {"o"}},
+                        {"Main", {"m"}}, {"Pager", {"p"}}, {"PalmListed", {"WHFOm"}}};
+    document = adoptContact(document, sent({{"Home", {"h"}}}, "H"));
+    document = adoptContact(document, sent({{"Home", {"H"}}}, "H"));
+    EXPECT_EQ(document.at("Pager"), std::vector<std::string>{"p"});
+    document = adoptContact(document, sent({}, ""));
+    document = adoptContact(document, sent({}, ""));
+    EXPECT_EQ(document.at("Pager"), std::vector<std::string>{"p"});
+    EXPECT_FALSE(document.contains("Home"));
 }
 
 TEST(ContactDocument, CountsOnlyNumbersThatThereAre) {

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "tessera/Store.h"
+#include "tessera/TcpServer.h"
+#include "tessera/TesseraService.h"
+#include "tessera/passwords.h"
+
+namespace tsr::test {
+
+inline constexpr std::int64_t noon = 1012998896;
+
+// A user's databases behind a server.
+class Office {
+public:
+    Office() : service_(store_, [] { return noon; }) {
+        User user;
+        user.name = "Max";
+        store_.addUser(user, hashPassword("pw", PasswordCost::Minimal));
+        userId_ = store_.findUser("Max")->id;
+        server_ = std::make_unique<TcpServer>(service_, "127.0.0.1", 0);
+        server_->start();
+    }
+
+    std::string port() const { return std::to_string(server_->port()); }
+    Store& store() { return store_; }
+    std::int64_t database(const char* kind) { return store_.database(userId_, kind).id; }
+
+private:
+    Store store_ = Store::inMemory();
+    TesseraService service_;
+    std::int64_t userId_ = 0;
+    std::unique_ptr<TcpServer> server_;
+};
+
+} // namespace tsr::test

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <memory>
+
+#include "handheld/ConfigurationDatabase.h"
+#include "handheld/Handheld.h"
+#include "replication/ItemKind.h"
+#include "replication/Office.h"
+
+namespace tsr::test {
+
+// The items of one application on both sides, and the HotSyncs between them.
+class Replica {
+public:
+    // All of them outlive it; the office may change meanwhile.
+    Replica(const ItemKind& kind, Handheld& handheld, const std::unique_ptr<Office>& office)
+        : kind_(kind), handheld_(handheld), office_(office) {}
+
+    const ItemKind& kind() const { return kind_; }
+
+    void configure(NextReplication type, char conflictRule = 'C');
+    NextReplication nextReplication();
+
+    // As the HotSync manager does it for this application; several of them make one HotSync. Afterwards log()
+    // has its entries, each behind the number of its activity.
+    void runConduit(bool slow);
+    const Strings& log() const { return log_; }
+    void expectCleanLog() const;
+
+    // One HotSync of this application alone, whatever comes of it.
+    void hotSync(bool slow = false);
+    void sync(bool slow = false); // without a fault
+
+    // After a HotSync both sides hold the same, and another one moves nothing.
+    void expectSettled();
+    void syncAndSettle(bool slow = false);
+
+    HandheldDatabase& database() { return *handheld_.find(kind_.application().database); }
+    std::string categoryName(std::size_t slot);
+    void startApplication(); // which makes the categories of a database that has none
+
+    std::vector<Document> documents();
+    std::string addToNotes(const Properties& properties); // gives the UNID
+    void replaceInNotes(const Document& document);
+    void removeFromNotes(const Document& document);
+
+    // The lines of all items with their categories, "line | category", sorted.
+    Strings onDevice();
+    Strings inNotes();
+    Strings versionsInNotes();
+
+    // The first that has a place in the device's table; empty for none.
+    static std::string deviceCategory(const Properties& document);
+
+private:
+    const ItemKind& kind_;
+    Handheld& handheld_;
+    const std::unique_ptr<Office>& office_;
+    Strings log_;
+};
+
+} // namespace tsr::test
