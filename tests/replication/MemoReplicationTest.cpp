@@ -1,5 +1,6 @@
 #include "replication/MemoItems.h"
 #include "replication/ReplicationTest.h"
+#include "replication/failedCall.h"
 #include "tessera/Memo.h"
 
 namespace tsr {
@@ -215,15 +216,6 @@ TEST_F(MemoReplication, ADamagedStateEndsTheSessionAndNothingIsTouched) {
     EXPECT_THAT(inNotes(), ElementsAre("Cream | Cream | ", "Lunch |  | "));
 }
 
-// The call that was made to fail; empty where the session ended before its turn.
-std::string failedCall() {
-    for (std::uint64_t index = 0; index < handheldTraceCount(); ++index) {
-        const std::string line = handheldTraceLine(index);
-        if (line.find(" -> 0x4006") != std::string::npos) return line;
-    }
-    return {};
-}
-
 // Each call of a HotSync fails in its turn, and a good one follows.
 TEST_F(MemoReplication, AFailedCallLosesNothing) {
     const Strings expected = {"Cream | Cream | ", "Dinner |  | Garden", "New | New | ", "Notice |  | "};
@@ -248,7 +240,7 @@ TEST_F(MemoReplication, AFailedCallLosesNothing) {
         handheldFailCall(number, 0x4006);
         hotSync();
         handheldMend();
-        const std::string call = failedCall();
+        const std::string call = test::failedCall();
         sync();
         EXPECT_THAT(onDevice(), testing::IsSupersetOf(expected));
         EXPECT_THAT(inNotes(), testing::IsSupersetOf(expected));

@@ -4,6 +4,7 @@
 
 #include "conduit/openConduit.h"
 #include "handheld/CategoryTable.h"
+#include "handheld/HandheldError.h"
 #include "handheld/logControl.h"
 #include "handheld/standardDatabases.h"
 #include "handheld/syncControl.h"
@@ -12,6 +13,18 @@
 #include "gmock/gmock.h"
 
 namespace tsr::test {
+
+namespace {
+
+std::string lineOf(const ItemKind& kind, const HandheldRecord& record) {
+    try {
+        return kind.line(record);
+    } catch (const HandheldError&) {
+        return "unreadable";
+    }
+}
+
+} // namespace
 
 void Replica::configure(NextReplication type, char conflictRule) {
     ApplicationChoice choice;
@@ -96,8 +109,8 @@ void Replica::removeFromNotes(const Document& document) {
 Strings Replica::onDevice() {
     Strings lines;
     for (const HandheldRecord& record : database().records().all()) {
-        lines.push_back(kind_.line(record) + " | "
-                        + (record.category == 0 ? "" : categoryName(record.category)));
+        const std::string category = record.category == 0 ? "" : categoryName(record.category);
+        lines.push_back(lineOf(kind_, record) + " | " + category);
     }
     std::sort(lines.begin(), lines.end());
     return lines;

@@ -7,6 +7,10 @@ namespace tsr::test {
 
 void ReplicationTest::connectAfresh() {
     office = std::make_unique<Office>();
+    replaceHandheld();
+}
+
+void ReplicationTest::replaceHandheld() {
     handheld = Handheld();
     handheld.clock = static_cast<std::uint32_t>(noon);
     addStandardDatabases(handheld);

@@ -20,6 +20,7 @@ protected:
 
     // A new handheld that knows nothing, and an empty office for it.
     void connectAfresh();
+    void replaceHandheld(); // by a new one for the office that there is
 
     std::unique_ptr<Office> office;
 };
