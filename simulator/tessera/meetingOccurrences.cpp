@@ -78,8 +78,11 @@ std::vector<MeetingOccurrence> occurrences(const Meeting& meeting, const ZoneRul
 }
 
 bool takesPlace(const Properties& properties, const DateWindow& days, const ZoneRule& zone) {
-    const auto meeting = toMeeting(properties);
-    return meeting && !occurrences(*meeting, zone, days, 1).empty();
+    auto meeting = toMeeting(properties);
+    if (!meeting) return false;
+    // A handheld that has the meeting must hear of its last day's deletion too.
+    if (meeting->pattern) meeting->pattern->deletions.clear();
+    return !occurrences(*meeting, zone, days, 1).empty();
 }
 
 Properties withInstances(const Properties& properties, const DateWindow& window) {

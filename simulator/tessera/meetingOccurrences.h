@@ -26,7 +26,8 @@ struct MeetingOccurrence {
 std::vector<MeetingOccurrence> occurrences(const Meeting& meeting, const ZoneRule& zone,
                                            const DateWindow& days);
 
-// Whether a meeting takes part in a replication of these days.
+// Whether a meeting takes part in a replication of these days. A day of a pattern counts also when it was
+// deleted.
 bool takesPlace(const Properties& properties, const DateWindow& days, const ZoneRule& zone);
 
 // The properties of a meeting with "InstanceCount" and "Instance.N.Date", from 0: the days on which its

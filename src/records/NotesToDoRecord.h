@@ -18,9 +18,9 @@ namespace tsr {
 //   "00260003"      priority in decimal
 //   "41050040"      due date, in seconds after 1993-01-01 00:00:00 UTC; "0", empty or absent for none
 //   "410F0002"      "1" for completed
-//   "00040002"      arrives as "0" for a task that isn't private, and is sent, as "3", for a private one
-//   alone "Category"      one value for each category "Recurs"        not empty for a repeating task; never
-//   sent
+//   "00040002"      arrives as "0" unless the task is private; sent as "3", and only for a private one
+//   "Category"      one value for each category
+//   "Recurs"        not empty for a repeating task; never sent
 class NotesToDoRecord : public NotesApplicationRecord {
 public:
     NotesToDoRecord() = default;

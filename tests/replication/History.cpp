@@ -22,7 +22,7 @@ NextReplication typeOf(Course course) {
 
 } // namespace
 
-History::History(Replica& replica, char conflictRule)
+History::History(ItemReplica& replica, char conflictRule)
     : replica_(replica), kind_(replica.kind()), rule_(conflictRule) {
     noteFreeSlots();
 }
@@ -194,7 +194,7 @@ void History::expectSameItems(bool deviceMayHaveMore) {
             << lines[0] << " is there twice";
         if (isArchived(lines) && !comesBack(document, left)) continue;
         if (isOnDevice(document, left)) continue;
-        ADD_FAILURE() << lines[0] << " in '" << Replica::deviceCategory(document.properties)
+        ADD_FAILURE() << lines[0] << " in '" << ItemReplica::deviceCategory(document.properties)
                       << "' isn't on the device";
     }
     if (deviceMayHaveMore) return;
@@ -218,7 +218,7 @@ bool History::comesBack(const Document& document, const std::multimap<std::strin
 
 // Takes the record out of `left`.
 bool History::isOnDevice(const Document& document, std::multimap<std::string, HandheldRecord>& left) {
-    const std::string category = Replica::deviceCategory(document.properties);
+    const std::string category = ItemReplica::deviceCategory(document.properties);
     for (const std::string& line : kind_.lines(document.properties)) {
         const auto [begin, end] = left.equal_range(line);
         const auto match = std::find_if(

@@ -24,9 +24,9 @@ enum class Course { Normal, Slow, Fast, Reset, Clear };
 // hasn't left since.
 class History {
 public:
-    History(Replica& replica, char conflictRule);
+    History(ItemReplica& replica, char conflictRule);
 
-    Replica& replica() { return replica_; }
+    ItemReplica& replica() { return replica_; }
 
     void edit(RandomWords& random);
 
@@ -66,7 +66,7 @@ private:
     void noteSlots();
     void noteFreeSlots();
 
-    Replica& replica_;
+    ItemReplica& replica_;
     const ItemKind& kind_;
     char rule_;
     Course course_ = Course::Normal;

@@ -12,8 +12,8 @@ namespace {
 using test::Course;
 using test::History;
 using test::ItemKind;
+using test::ItemReplica;
 using test::RandomWords;
-using test::Replica;
 
 class Histories : public test::ReplicationTest {
 protected:
@@ -33,10 +33,10 @@ protected:
 private:
     void run(const Kinds& kinds, std::uint32_t seed) {
         connectAfresh();
-        std::vector<Replica> replicas;
+        std::vector<ItemReplica> replicas;
         for (const ItemKind* const kind : kinds) replicas.emplace_back(*kind, handheld, office);
         std::vector<History> histories;
-        for (Replica& replica : replicas) histories.emplace_back(replica, seed % 2 == 0 ? 'C' : 'S');
+        for (ItemReplica& replica : replicas) histories.emplace_back(replica, seed % 2 == 0 ? 'C' : 'S');
         RandomWords random(seed);
         for (int round = 0; round < 5 && !HasFailure(); ++round) {
             SCOPED_TRACE("round " + std::to_string(round));

@@ -12,20 +12,25 @@ namespace tsr::test {
 
 using Strings = std::vector<std::string>;
 
-// What the tests of whole HotSyncs know of one application's items. A line shows an item without its
-// category, and of an item that is the same on both sides they show the same; texts are UTF-8.
-class ItemKind {
+// Where one application's items are kept on both sides.
+class ReplicatedKind {
 public:
-    ItemKind() = default;
-    ItemKind(const ItemKind&) = delete;
-    ItemKind& operator=(const ItemKind&) = delete;
-    virtual ~ItemKind() = default;
+    ReplicatedKind() = default;
+    ReplicatedKind(const ReplicatedKind&) = delete;
+    ReplicatedKind& operator=(const ReplicatedKind&) = delete;
+    virtual ~ReplicatedKind() = default;
 
     virtual const KnownApplication& application() const = 0;
     virtual const char* title() const = 0; // in the HotSync log
     virtual const char* databaseKind() const = 0;
     virtual const char* documentKind() const = 0;
+};
 
+// What the tests of whole HotSyncs know of an application whose items are one record each. A line shows an
+// item without its category, and of an item that is the same on both sides they show the same; texts are
+// UTF-8.
+class ItemKind : public ReplicatedKind {
+public:
     virtual std::string line(const HandheldRecord& record) const = 0;
 
     // The first line is what the handheld makes of the document when it is given it. There may be others that

@@ -25,7 +25,7 @@ namespace {
 
 using test::bytes;
 using test::ItemKind;
-using test::Replica;
+using test::ItemReplica;
 using test::Strings;
 using testing::HasSubstr;
 
@@ -183,16 +183,16 @@ protected:
     // The same, for records that come back in another form.
     void expectSameLines(const ItemKind& kind, const Language& language, const Records& records) {
         send(kind, language, records);
-        const Strings lines = Replica(kind, handheld, office).onDevice();
+        const Strings lines = ItemReplica(kind, handheld, office).onDevice();
         replaceHandheld();
         fetch(kind, NextReplication::Reset);
-        EXPECT_EQ(Replica(kind, handheld, office).onDevice(), lines);
+        EXPECT_EQ(ItemReplica(kind, handheld, office).onDevice(), lines);
     }
 
     // Gives what the handheld holds afterwards, which is what it held before.
     Strings send(const ItemKind& kind, const Language& language, const Records& records) {
         connectAfresh();
-        Replica replica(kind, handheld, office);
+        ItemReplica replica(kind, handheld, office);
         replica.configure(NextReplication::Normal);
         const std::vector<std::uint8_t> name = bytes(language.category);
         CategoryTable(replica.database()).rename(ownCategory, std::string(name.begin(), name.end()));
@@ -208,7 +208,7 @@ protected:
 
     // A clear makes a database without categories, which come as the application is started.
     void fetch(const ItemKind& kind, NextReplication type) {
-        Replica replica(kind, handheld, office);
+        ItemReplica replica(kind, handheld, office);
         replica.configure(type);
         replica.hotSync();
         if (type == NextReplication::Clear) replica.startApplication();
@@ -218,7 +218,7 @@ protected:
     // "category: bytes", behind a star for a secret record, sorted: records come in the order of Notes, under
     // ids and in categories of their own. A task without a category comes to one without a name.
     Strings contentsOf(const ItemKind& kind) {
-        Replica replica(kind, handheld, office);
+        ItemReplica replica(kind, handheld, office);
         Strings lines;
         for (const HandheldRecord& record : replica.database().records().all()) {
             const bool isSecret = (record.attributes & HandheldRecord::secret) != 0;
@@ -272,7 +272,7 @@ TEST_F(Languages, TheFourthPriorityComesBackAsTheFifth) {
 // German bytes are those of their characters.
 TEST_F(Languages, NotesShowsWesternNames) {
     send(contacts, languages()[0], languages()[0].contacts);
-    const Strings lines = Replica(contacts, handheld, office).inNotes();
+    const Strings lines = ItemReplica(contacts, handheld, office).inNotes();
     ASSERT_EQ(lines.size(), 2U);
     EXPECT_THAT(lines[0], HasSubstr("company=Gro\u00DF & S\u00F6hne display=work"));
     EXPECT_THAT(lines[0], HasSubstr("lastName=M\u00FCller"));

@@ -24,6 +24,12 @@ public:
         server_->start();
     }
 
+    void setZone(const ZoneRule& zone) { // before a handheld asks for it
+        User user = *store_.findUser(userId_);
+        user.zone = zone;
+        store_.changeUser(user);
+    }
+
     std::string port() const { return std::to_string(server_->port()); }
     Store& store() { return store_; }
     std::int64_t database(const char* kind) { return store_.database(userId_, kind).id; }

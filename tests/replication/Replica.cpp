@@ -63,8 +63,7 @@ void Replica::sync(bool slow) {
     expectCleanLog();
 }
 
-void Replica::expectSettled() {
-    EXPECT_EQ(onDevice(), inNotes());
+void Replica::expectNothingMoves() {
     const std::vector<HandheldRecord> records = database().records().all();
     const Strings versions = versionsInNotes();
     sync();
@@ -72,7 +71,12 @@ void Replica::expectSettled() {
     EXPECT_EQ(versionsInNotes(), versions);
 }
 
-void Replica::syncAndSettle(bool slow) {
+void ItemReplica::expectSettled() {
+    EXPECT_EQ(onDevice(), inNotes());
+    expectNothingMoves();
+}
+
+void ItemReplica::syncAndSettle(bool slow) {
     sync(slow);
     expectSettled();
 }
@@ -106,7 +110,7 @@ void Replica::removeFromNotes(const Document& document) {
     office_->store().deleteDocument(office_->database(kind_.databaseKind()), document.unid);
 }
 
-Strings Replica::onDevice() {
+Strings ItemReplica::onDevice() {
     Strings lines;
     for (const HandheldRecord& record : database().records().all()) {
         const std::string category = record.category == 0 ? "" : categoryName(record.category);
@@ -116,7 +120,7 @@ Strings Replica::onDevice() {
     return lines;
 }
 
-Strings Replica::inNotes() {
+Strings ItemReplica::inNotes() {
     Strings lines;
     for (const Document& document : documents())
         lines.push_back(kind_.lines(document.properties)[0] + " | " + deviceCategory(document.properties));
@@ -131,7 +135,7 @@ Strings Replica::versionsInNotes() {
     return lines;
 }
 
-std::string Replica::deviceCategory(const Properties& document) {
+std::string ItemReplica::deviceCategory(const Properties& document) {
     for (const std::string& name : categoriesOf(document)) {
         if (name.size() <= CategoryTable::longestName) return name;
     }

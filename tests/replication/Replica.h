@@ -13,10 +13,10 @@ namespace tsr::test {
 class Replica {
 public:
     // All of them outlive it; the office may change meanwhile.
-    Replica(const ItemKind& kind, Handheld& handheld, const std::unique_ptr<Office>& office)
+    Replica(const ReplicatedKind& kind, Handheld& handheld, const std::unique_ptr<Office>& office)
         : kind_(kind), handheld_(handheld), office_(office) {}
 
-    const ItemKind& kind() const { return kind_; }
+    const ReplicatedKind& kind() const { return kind_; }
 
     void configure(NextReplication type, char conflictRule = 'C');
     NextReplication nextReplication();
@@ -31,9 +31,7 @@ public:
     void hotSync(bool slow = false);
     void sync(bool slow = false); // without a fault
 
-    // After a HotSync both sides hold the same, and another one moves nothing.
-    void expectSettled();
-    void syncAndSettle(bool slow = false);
+    void expectNothingMoves(); // in another HotSync
 
     HandheldDatabase& database() { return *handheld_.find(kind_.application().database); }
     std::string categoryName(std::size_t slot);
@@ -44,19 +42,36 @@ public:
     void replaceInNotes(const Document& document);
     void removeFromNotes(const Document& document);
 
+    Strings versionsInNotes();
+
+private:
+    const ReplicatedKind& kind_;
+    Handheld& handheld_;
+    const std::unique_ptr<Office>& office_;
+    Strings log_;
+};
+
+// Of an application whose items are one record each.
+class ItemReplica : public Replica {
+public:
+    ItemReplica(const ItemKind& kind, Handheld& handheld, const std::unique_ptr<Office>& office)
+        : Replica(kind, handheld, office), kind_(kind) {}
+
+    const ItemKind& kind() const { return kind_; }
+
+    // After a HotSync both sides hold the same, and another one moves nothing.
+    void expectSettled();
+    void syncAndSettle(bool slow = false);
+
     // The lines of all items with their categories, "line | category", sorted.
     Strings onDevice();
     Strings inNotes();
-    Strings versionsInNotes();
 
     // The first that has a place in the device's table; empty for none.
     static std::string deviceCategory(const Properties& document);
 
 private:
     const ItemKind& kind_;
-    Handheld& handheld_;
-    const std::unique_ptr<Office>& office_;
-    Strings log_;
 };
 
 } // namespace tsr::test

@@ -25,11 +25,14 @@ protected:
     std::unique_ptr<Office> office;
 };
 
-// With the items of one application. A class of items is handed over as `Kind`.
-template <typename Kind>
-class ApplicationTest : public ReplicationTest, protected Replica {
+// With the items of one application. A class of items is handed over as `Kind`, and how they are compared as
+// `Base`.
+template <typename Kind, typename Base = ItemReplica>
+class ApplicationTest : public ReplicationTest, protected Base {
 protected:
-    ApplicationTest() : Replica(kindOfItems(), handheld, office) { configure(NextReplication::Normal); }
+    using Base::configure;
+
+    ApplicationTest() : Base(kindOfItems(), handheld, office) { configure(NextReplication::Normal); }
 
     void startAfresh(char conflictRule = 'C') {
         connectAfresh();
@@ -37,7 +40,7 @@ protected:
     }
 
 private:
-    static const ItemKind& kindOfItems() {
+    static const Kind& kindOfItems() {
         static const Kind kind;
         return kind;
     }
