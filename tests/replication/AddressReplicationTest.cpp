@@ -10,7 +10,6 @@ namespace {
 
 using test::Strings;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class AddressReplication : public test::ApplicationTest<test::ContactItems> {
 protected:

@@ -1,6 +1,8 @@
 // Random edits on both sides over many HotSyncs of every type.
 
 #include "replication/History.h"
+#include <algorithm>
+
 #include "replication/ContactItems.h"
 #include "replication/MemoItems.h"
 #include "replication/ReplicationTest.h"
@@ -73,7 +75,7 @@ private:
     }
 };
 
-TEST_F(Histories, MemosConverge) { expectConvergence({&memos}, 500); }
+TEST_F(Histories, MemosConverge) { expectConvergence({&memos}, 300); }
 
 TEST_F(Histories, ContactsConverge) { expectConvergence({&contacts}, 300); }
 

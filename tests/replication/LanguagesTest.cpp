@@ -14,6 +14,8 @@
 // Another record shows the same when it comes back, and has this form. On the handheld that it came from it
 // stays as it is.
 
+#include <algorithm>
+
 #include "handheld/CategoryTable.h"
 #include "replication/ContactItems.h"
 #include "replication/ReplicationTest.h"

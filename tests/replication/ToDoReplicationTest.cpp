@@ -10,7 +10,6 @@ namespace {
 
 using test::Strings;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::StartsWith;
 
 class ToDoReplication : public test::ApplicationTest<test::TaskItems> {
