@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdio>
 
+#include "handheld/HandheldError.h"
 #include "handheld/forms/DatebookForm.h"
 #include "handheld/forms/fieldText.h"
 #include "interchange/RepeatRule.h"
@@ -101,24 +102,32 @@ std::vector<sys_days> daysOf(const FieldValues& values, const DateWindow& window
     return found;
 }
 
+void addRecord(Calendar& calendar, const HandheldRecord& record, const DateWindow& window) {
+    const FieldValues values = DatebookForm().read(record.data);
+    const Details details{fromDeviceText(fieldValue(values, "description")) + " | "
+                              + fromDeviceText(fieldValue(values, "note")),
+                          alarmMinutes(fieldValue(values, "alarm")),
+                          (record.attributes & HandheldRecord::secret) != 0};
+    for (const sys_days day : daysOf(values, window)) {
+        if (!values.contains("start")) {
+            addAllDay(calendar, day, details);
+            continue;
+        }
+        const std::int64_t start = parseClock(values.at("start"));
+        calendar.insert(timedLine(day, start, parseClock(values.at("end")) - start, details));
+    }
+}
+
 } // namespace
 
 Calendar calendarOnDevice(const HandheldDatabase& database, const DateWindow& window) {
     Calendar calendar;
     for (const HandheldRecord& record : database.records().all()) {
         if (record.isGone()) continue;
-        const FieldValues values = DatebookForm().read(record.data);
-        const Details details{fromDeviceText(fieldValue(values, "description")) + " | "
-                                  + fromDeviceText(fieldValue(values, "note")),
-                              alarmMinutes(fieldValue(values, "alarm")),
-                              (record.attributes & HandheldRecord::secret) != 0};
-        for (const sys_days day : daysOf(values, window)) {
-            if (!values.contains("start")) {
-                addAllDay(calendar, day, details);
-                continue;
-            }
-            const std::int64_t start = parseClock(values.at("start"));
-            calendar.insert(timedLine(day, start, parseClock(values.at("end")) - start, details));
+        try {
+            addRecord(calendar, record, window);
+        } catch (const HandheldError&) {
+            calendar.insert("unreadable");
         }
     }
     return calendar;

@@ -17,6 +17,7 @@ namespace tsr::test {
 // whole is there once, also where a meeting of several days comes again before it has ended.
 using Calendar = std::multiset<std::string>;
 
+// A record that is none shows as "unreadable".
 Calendar calendarOnDevice(const HandheldDatabase& database, const DateWindow& window);
 Calendar calendarInNotes(const std::vector<Document>& documents, const ZoneRule& zone,
                          const DateWindow& window);
