@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "interchange/CalendarClock.h"
+#include "interchange/Event.h"
 #include "interchange/Task.h"
 
 namespace tsr {
@@ -20,5 +22,26 @@ std::vector<Task> readTasks(const std::string& text);
 
 // `stamp` is the moment of the export, in seconds since 1970.
 std::string taskCalendarText(const std::vector<Task>& tasks, std::int64_t stamp);
+
+// What a file's events became, and why others can't be held: "'Team': its rule ...".
+struct EventFile {
+    std::vector<Event> events{};
+    std::vector<std::string> refused{};
+};
+
+// The events (VEVENT) of an iCalendar file. Raises InterchangeError when it is none; an event that can't be
+// held is refused alone.
+//
+//   SUMMARY, DESCRIPTION, CLASS         as of tasks
+//   DTSTART, DTEND, DURATION            a date for whole days
+//   VALARM                              the first that comes before the start
+//   RRULE                               a rule that a RepeatRule says and that a handheld can hold. Whether
+//   it
+//                                       says the same is tried on its first days; COUNT becomes a last day
+//   EXDATE, RECURRENCE-ID               the deletions and the exceptions of the event of that UID
+EventFile readEvents(const std::string& text, const CalendarClock& clock);
+
+std::string calendarText(const std::vector<Event>& events, const std::vector<Task>& tasks, std::int64_t stamp,
+                         const CalendarClock& clock);
 
 } // namespace tsr

@@ -33,7 +33,6 @@ constexpr const char* patternPrefixes[] = {dayInMonthPrefix, nthPrefix, deletion
 
 constexpr std::array<const char*, 4> unitWords{"Day", "Week", "Month", "MonthNth"};
 
-constexpr std::int64_t secondsPerDay = 86400;
 constexpr unsigned lastDayNumber = 31;
 constexpr std::uint32_t allDaysOfWeek = 127;
 
@@ -206,11 +205,5 @@ std::int64_t fromMinutes1601(std::uint32_t minutes) {
 }
 
 std::string minutes1601Text(std::int64_t seconds) { return std::to_string(seconds / 60 + minutes1601To1970); }
-
-sys_days dayOf(std::int64_t seconds) {
-    return std::chrono::floor<std::chrono::days>(std::chrono::sys_seconds(std::chrono::seconds(seconds)));
-}
-
-std::int64_t secondsOf(sys_days day) { return day.time_since_epoch().count() * secondsPerDay; }
 
 } // namespace tsr

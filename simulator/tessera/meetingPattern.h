@@ -9,6 +9,7 @@
 
 #include "interchange/EventException.h"
 #include "interchange/RepeatRule.h"
+#include "interchange/calendarDays.h"
 #include "tessera/Document.h"
 
 namespace tsr {
@@ -48,8 +49,5 @@ std::optional<std::set<std::chrono::sys_days>> deletionsOf(const Properties& pro
 // Day and time of a number of minutes since 1601, in seconds since 1970.
 std::int64_t fromMinutes1601(std::uint32_t minutes);
 std::string minutes1601Text(std::int64_t seconds);
-
-std::chrono::sys_days dayOf(std::int64_t seconds);
-std::int64_t secondsOf(std::chrono::sys_days day);
 
 } // namespace tsr
