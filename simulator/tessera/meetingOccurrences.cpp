@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "interchange/calendarView.h"
+
 namespace tsr {
 
 namespace {
@@ -9,16 +11,11 @@ namespace {
 using std::chrono::days;
 using std::chrono::sys_days;
 
-constexpr std::int64_t minutesPerDay = 1440;
 constexpr std::size_t maxInstances = 1000;
 constexpr std::size_t allDays = SIZE_MAX;
 
-// The days that it touches.
 std::int64_t daysTaken(const MeetingOccurrence& occurrence) {
-    const std::int64_t minutes = occurrence.minutes;
-    if (occurrence.allDay) return std::max<std::int64_t>(1, (minutes + minutesPerDay - 1) / minutesPerDay);
-    const std::int64_t end = occurrence.start + std::max<std::int64_t>(minutes, 1) * 60 - 1;
-    return (dayOf(end) - dayOf(occurrence.start)).count() + 1;
+    return daysTouched(occurrence.start, occurrence.minutes, occurrence.allDay);
 }
 
 bool touches(const MeetingOccurrence& occurrence, const DateWindow& window) {
