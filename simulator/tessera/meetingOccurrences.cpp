@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "interchange/calendarView.h"
+
 namespace tsr {
 
 namespace {
@@ -9,16 +11,11 @@ namespace {
 using std::chrono::days;
 using std::chrono::sys_days;
 
-constexpr std::int64_t minutesPerDay = 1440;
 constexpr std::size_t maxInstances = 1000;
 constexpr std::size_t allDays = SIZE_MAX;
 
-// The days that it touches.
 std::int64_t daysTaken(const MeetingOccurrence& occurrence) {
-    const std::int64_t minutes = occurrence.minutes;
-    if (occurrence.allDay) return std::max<std::int64_t>(1, (minutes + minutesPerDay - 1) / minutesPerDay);
-    const std::int64_t end = occurrence.start + std::max<std::int64_t>(minutes, 1) * 60 - 1;
-    return (dayOf(end) - dayOf(occurrence.start)).count() + 1;
+    return daysTouched(occurrence.start, occurrence.minutes, occurrence.allDay);
 }
 
 bool touches(const MeetingOccurrence& occurrence, const DateWindow& window) {
@@ -80,8 +77,11 @@ std::vector<MeetingOccurrence> occurrences(const Meeting& meeting, const ZoneRul
 bool takesPlace(const Properties& properties, const DateWindow& days, const ZoneRule& zone) {
     auto meeting = toMeeting(properties);
     if (!meeting) return false;
-    // A handheld that has the meeting must hear of its last day's deletion too.
-    if (meeting->pattern) meeting->pattern->deletions.clear();
+    if (!occurrences(*meeting, zone, days, 1).empty()) return true;
+    if (!meeting->pattern) return false;
+    // A handheld that has the meeting must hear of it when its last day was deleted or moved away.
+    meeting->pattern->deletions.clear();
+    meeting->pattern->exceptions.clear();
     return !occurrences(*meeting, zone, days, 1).empty();
 }
 

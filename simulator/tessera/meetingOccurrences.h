@@ -27,7 +27,7 @@ std::vector<MeetingOccurrence> occurrences(const Meeting& meeting, const ZoneRul
                                            const DateWindow& days);
 
 // Whether a meeting takes part in a replication of these days. A day of a pattern counts also when it was
-// deleted.
+// deleted or moved away.
 bool takesPlace(const Properties& properties, const DateWindow& days, const ZoneRule& zone);
 
 // The properties of a meeting with "InstanceCount" and "Instance.N.Date", from 0: the days on which its

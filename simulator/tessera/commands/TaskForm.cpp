@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "tessera/commands/ArgumentError.h"
-#include "tessera/commands/optionalFlag.h"
+#include "tessera/commands/flags.h"
 #include "tessera/commands/readings.h"
 #include "tessera/taskDocument.h"
 
@@ -74,8 +74,8 @@ CLI::Option* TaskForm::addSettings(CLI::App& command) {
     command.add_option("--note", note_, "A text of any length");
     command.add_option("--due", due_, "The day, such as 2026-11-30; empty for none");
     command.add_option("--priority", priority_, "high, medium, low or none");
-    addOptionalFlag(command, "--completed,!--open", completed_, "Whether it is done");
-    addOptionalFlag(command, "--private,!--public", isPrivate_, "Whether others may not see it");
+    addFlag(command, "--completed,!--open", completed_, "Whether it is done");
+    addFlag(command, "--private,!--public", isPrivate_, "Whether it is kept from others");
     command.add_option(
         "--repeats", repeats_,
         "A rule such as FREQ=WEEKLY by which it comes again; a handheld can't hold such a task");

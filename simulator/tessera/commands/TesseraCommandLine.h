@@ -35,6 +35,7 @@ struct TesseraCommandLine {
 void addServeCommand(TesseraCommandLine& line);
 void addUserCommands(TesseraCommandLine& line);
 void addMeetingCommands(TesseraCommandLine& line);
+void addCalendarCommand(TesseraCommandLine& line);
 
 // The user of that name; raises TesseraError when there is none.
 User namedUser(Store& store, const std::string& name);

@@ -15,9 +15,12 @@
 #include "tessera/commands/ArgumentError.h"
 #include "tessera/commands/DocumentForm.h"
 #include "tessera/commands/TesseraCommandLine.h"
+#include "tessera/commands/meetingJson.h"
 #include "tessera/commands/readings.h"
+#include "tessera/commands/shown.h"
 #include "tessera/commands/userTexts.h"
 #include "tessera/contactDocument.h"
+#include "tessera/meetingEvent.h"
 #include "tessera/taskDocument.h"
 
 namespace tsr {
@@ -26,7 +29,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// Everything is in JSON; the others hold the contacts or tasks of one user.
+// Everything is in JSON; the others hold the contacts, or the meetings and tasks, of one user.
 enum class FileFormat { Everything, VCard3, VCard4, ICalendar };
 
 struct FileOptions {
@@ -53,10 +56,7 @@ Json meetingsJson(Store& store, const User& user) {
     for (const Document& document : store.documents(store.mailDatabase(user.id).id, meetingKind)) {
         const std::optional<Meeting> meeting = toMeeting(document);
         if (!meeting) continue;
-        meetings.push_back({{"subject", meeting->subject},
-                            {"start", exactText(meeting->start)},
-                            {"minutes", meeting->minutes},
-                            {"allDay", meeting->allDay}});
+        meetings.push_back(meetingJson(*meeting, exactText(meeting->start)));
     }
     return meetings;
 }
@@ -109,13 +109,30 @@ std::string vCards(Store& store, const std::string& user, VCardVersion version) 
     return vCardText(contacts, version);
 }
 
-std::string taskCalendar(Store& store, const std::string& user) {
+std::vector<Task> tasksOf(Store& store, const std::string& user) {
     std::vector<Task> tasks;
     for (const Document& document : documentsOf(store, user, mailDatabaseKind, taskKind)) {
         tasks.push_back(toTask(document.properties));
         tasks.back().uid = document.unid;
     }
-    return taskCalendarText(tasks, std::time(nullptr));
+    return tasks;
+}
+
+std::vector<Event> eventsOf(Store& store, const User& user) {
+    std::vector<Event> events;
+    for (const Document& document : documentsOf(store, user.name, mailDatabaseKind, meetingKind)) {
+        const auto meeting = toMeeting(document);
+        if (!meeting) continue;
+        events.push_back(toEvent(*meeting, user.zone));
+        events.back().uid = document.unid;
+    }
+    return events;
+}
+
+std::string calendarOf(Store& store, const std::string& userName) {
+    const User user = namedUser(store, userName);
+    return calendarText(eventsOf(store, user), tasksOf(store, userName), std::time(nullptr),
+                        clockOf(user.zone));
 }
 
 void exportFile(const TesseraCommandLine& line, const FileOptions& options, const DocumentForms& forms) {
@@ -127,7 +144,7 @@ void exportFile(const TesseraCommandLine& line, const FileOptions& options, cons
     case FileFormat::Everything: write(line, options.name, storeJson(store, forms).dump(2) + "\n"); break;
     case FileFormat::VCard3: write(line, options.name, vCards(store, options.user, VCardVersion::V3)); break;
     case FileFormat::VCard4: write(line, options.name, vCards(store, options.user, VCardVersion::V4)); break;
-    case FileFormat::ICalendar: write(line, options.name, taskCalendar(store, options.user)); break;
+    case FileFormat::ICalendar: write(line, options.name, calendarOf(store, options.user)); break;
     }
 }
 
@@ -158,16 +175,7 @@ User userToImport(Store& store, const Json& json) {
     return *store.findUser(user.name);
 }
 
-std::uint32_t minutesOf(const Json& json) {
-    const auto minutes = json.at("minutes").get<std::int64_t>();
-    if (minutes < 0 || minutes > UINT32_MAX) throw TesseraError("a meeting cannot last that many minutes");
-    return static_cast<std::uint32_t>(minutes);
-}
-
-void importMeeting(Store& store, const User& user, const Json& json) {
-    const Meeting meeting{json.value("subject", ""),
-                          parseMoment(json.at("start").get<std::string>(), user.zone), minutesOf(json),
-                          json.value("allDay", false)};
+void importMeeting(Store& store, const User& user, const Meeting& meeting) {
     store.addDocument(store.mailDatabase(user.id).id, meetingKind, toProperties(meeting));
 }
 
@@ -175,7 +183,7 @@ void importJson(Store& store, const Json& json, const DocumentForms& forms) {
     for (const Json& userJson : json.at("users")) {
         const User user = userToImport(store, userJson);
         for (const Json& meeting : userJson.value("meetings", Json::array()))
-            importMeeting(store, user, meeting);
+            importMeeting(store, user, meetingFromJson(meeting, user.zone));
         for (const DocumentForm* form : forms) {
             const DocumentForm::Words& words = form->words();
             for (const Json& document : userJson.value(words.plural, Json::array())) {
@@ -204,24 +212,43 @@ void importTasks(Store& store, const std::string& userName, const std::string& t
     }
 }
 
-void importText(Store& store, const FileOptions& options, const std::string& text,
-                const DocumentForms& forms) {
+// Gives the reasons why meetings could not be held.
+std::vector<std::string> importMeetings(Store& store, const std::string& userName, const std::string& text) {
+    const User user = namedUser(store, userName);
+    const EventFile file = readEvents(text, clockOf(user.zone));
+    std::vector<std::string> refused = file.refused;
+    for (const Event& event : file.events) {
+        try {
+            importMeeting(store, user, toMeeting(event, user.zone));
+        } catch (const TesseraError& error) {
+            refused.push_back("'" + event.subject + "': " + error.what());
+        }
+    }
+    return refused;
+}
+
+std::vector<std::string> importText(Store& store, const FileOptions& options, const std::string& text,
+                                    const DocumentForms& forms) {
     switch (formatOf(options)) {
     case FileFormat::Everything: importJson(store, parsedJson(text, options.name), forms); break;
     case FileFormat::VCard3:
     case FileFormat::VCard4: importContacts(store, options.user, text); break;
-    case FileFormat::ICalendar: importTasks(store, options.user, text); break;
+    case FileFormat::ICalendar:
+        importTasks(store, options.user, text);
+        return importMeetings(store, options.user, text);
     }
+    return {};
 }
 
-void importAll(Store& store, const FileOptions& options, const std::string& text,
-               const DocumentForms& forms) {
+std::vector<std::string> importAll(Store& store, const FileOptions& options, const std::string& text,
+                                   const DocumentForms& forms) {
     const auto raise = [&options](const std::exception& error) {
         throw TesseraError("'" + options.name + "' cannot be imported: " + error.what());
     };
     SqliteTransaction transaction = store.transaction();
+    std::vector<std::string> refused;
     try {
-        importText(store, options, text, forms);
+        refused = importText(store, options, text, forms);
     } catch (const Json::exception& error) {
         raise(error);
     } catch (const ArgumentError& error) {
@@ -230,6 +257,7 @@ void importAll(Store& store, const FileOptions& options, const std::string& text
         raise(error);
     }
     transaction.commit();
+    return refused;
 }
 
 void importFile(const TesseraCommandLine& line, const FileOptions& options, const DocumentForms& forms) {
@@ -239,7 +267,8 @@ void importFile(const TesseraCommandLine& line, const FileOptions& options, cons
     const bool isNew = !std::filesystem::exists(line.file);
     try {
         Store store = line.makeStore();
-        importAll(store, options, text, forms);
+        for (const std::string& reason : importAll(store, options, text, forms))
+            line.err << "tessera: not imported: " << shownLine(reason) << "\n";
     } catch (...) {
         if (isNew) std::filesystem::remove(line.file);
         throw;
@@ -260,29 +289,30 @@ CLI::Option* addFormatOption(CLI::App& command, FileOptions& options) {
 void addTesseraFileCommands(TesseraCommandLine& line, const DocumentForms& forms) {
     const auto options = std::make_shared<FileOptions>();
     CLI::App& import = line.command(line.app, "import",
-                                    "Adds what stands in a file: that 'export' has written, or of contacts "
-                                    "or tasks",
+                                    "Adds what stands in a file: that 'export' has written, or of contacts, "
+                                    "meetings or tasks",
                                     [&line, &forms, options] { importFile(line, *options, forms); });
     import.footer(
         "  tessera office.db import office.json\n"
         "  tessera office.db import --user \"Pat Lee\" friends.vcf\n"
-        "  tessera office.db import --user \"Pat Lee\" tasks.ics\n"
+        "  tessera office.db import --user \"Pat Lee\" calendar.ics\n"
         "Of JSON, a user who is there already keeps his settings and gets what stands there besides\n"
-        "what he has. A new one cannot log in until 'user edit --password' has given him a password.");
+        "what he has. A meeting that a handheld can't hold is passed over and named. A new one cannot log in "
+        "until 'user edit --password' has given him a password.");
     import.add_option("INPUT", options->name, "The file to read; - is the standard input")->required();
-    import.add_option("--user", options->user, "Whose contacts or tasks they become");
+    import.add_option("--user", options->user, "Whose contacts, meetings or tasks they become");
     addFormatOption(import, *options);
 
-    CLI::App& exported =
-        line.command(line.app, "export",
-                     "Writes all users and what is theirs as JSON, without passwords, or somebody's contacts "
-                     "or tasks",
-                     [&line, &forms, options] { exportFile(line, *options, forms); });
+    CLI::App& exported = line.command(
+        line.app, "export",
+        "Writes all users and what is theirs as JSON, without passwords, or somebody's contacts, "
+        "or meetings and tasks",
+        [&line, &forms, options] { exportFile(line, *options, forms); });
     exported.footer("  tessera office.db export --output office.json\n"
                     "  tessera office.db export --user \"Pat Lee\" --output friends.vcf\n"
-                    "  tessera office.db export --user \"Pat Lee\" --output tasks.ics");
+                    "  tessera office.db export --user \"Pat Lee\" --output calendar.ics");
     exported.add_option("--output", options->name, "The file to write; without it they are printed");
-    exported.add_option("--user", options->user, "Whose contacts or tasks");
+    exported.add_option("--user", options->user, "Whose contacts, or meetings and tasks");
     addFormatOption(exported, *options);
 }
 

@@ -1,18 +1,19 @@
 #include <algorithm>
 #include <memory>
-#include <optional>
 #include <ostream>
 
 #include <nlohmann/json.hpp>
 
 #include "tessera/Meeting.h"
 #include "tessera/TesseraError.h"
-#include "tessera/commands/ArgumentError.h"
 #include "tessera/commands/Table.h"
 #include "tessera/commands/TesseraCommandLine.h"
 #include "tessera/commands/documentChoice.h"
-#include "tessera/commands/optionalFlag.h"
+#include "tessera/commands/meetingJson.h"
+#include "tessera/commands/meetingSettings.h"
 #include "tessera/commands/readings.h"
+#include "tessera/commands/repeatTexts.h"
+#include "tessera/commands/shown.h"
 
 namespace tsr {
 
@@ -20,16 +21,16 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+constexpr std::uint32_t minutesPerHour = 60;
 constexpr std::uint32_t minutesPerDay = 1440;
-constexpr std::uint32_t maxMinutes = 366 * minutesPerDay;
+constexpr std::uint32_t unsaid = UINT32_MAX;
+
+const ZoneRule asItStands;
 
 struct MeetingOptions {
     std::string user;
     std::string id;
-    std::optional<std::string> start;
-    std::optional<std::uint32_t> minutes;
-    std::optional<std::string> subject;
-    std::optional<bool> allDay;
+    MeetingSettings settings;
 };
 
 // A meeting with the document that holds it.
@@ -57,19 +58,13 @@ Entry chosenEntry(Store& store, const User& user, const std::string& id) {
     return {document, *meeting};
 }
 
-void apply(const MeetingOptions& options, const User& user, Meeting& meeting) {
-    if (options.start) meeting.start = parseMoment(*options.start, user.zone);
-    if (options.subject) meeting.subject = *options.subject;
-    if (options.allDay) meeting.allDay = *options.allDay;
-    if (options.minutes) meeting.minutes = *options.minutes;
-}
-
 void addMeeting(const TesseraCommandLine& line, const MeetingOptions& options) {
     Store store = line.openStore();
     const User user = namedUser(store, options.user);
     Meeting meeting;
-    if (options.allDay.value_or(false)) meeting.minutes = minutesPerDay;
-    apply(options, user, meeting);
+    meeting.minutes = unsaid;
+    options.settings.apply(meeting, user.zone);
+    if (meeting.minutes == unsaid) meeting.minutes = meeting.allDay ? minutesPerDay : minutesPerHour;
     const Document document =
         store.addDocument(store.mailDatabase(user.id).id, meetingKind, toProperties(meeting));
     line.out << "added meeting " << shortId(document) << "\n";
@@ -80,7 +75,7 @@ void editMeeting(const TesseraCommandLine& line, const MeetingOptions& options) 
     const User user = namedUser(store, options.user);
     SqliteTransaction transaction = store.transaction();
     Entry entry = chosenEntry(store, user, options.id);
-    apply(options, user, entry.meeting);
+    options.settings.apply(entry.meeting, user.zone);
     setMeeting(entry.document.properties, entry.meeting);
     store.changeDocument(store.mailDatabase(user.id).id, entry.document.unid, entry.document.properties);
     transaction.commit();
@@ -100,26 +95,46 @@ std::string startText(const Meeting& meeting, const User& user) {
 }
 
 Json toJson(const Entry& entry, const User& user) {
-    return {{"id", entry.document.unid},        {"sequence", entry.document.sequence},
-            {"subject", entry.meeting.subject}, {"start", momentText(entry.meeting.start, user.zone)},
-            {"minutes", entry.meeting.minutes}, {"allDay", entry.meeting.allDay}};
+    Json json = {{"id", entry.document.unid}, {"sequence", entry.document.sequence}};
+    json.update(meetingJson(entry.meeting, momentText(entry.meeting.start, user.zone)));
+    return json;
+}
+
+std::string repeatsText(const Meeting& meeting) {
+    return meeting.pattern ? ruleText(meeting.pattern->rule) : "";
 }
 
 void listMeetings(const TesseraCommandLine& line, const MeetingOptions& options) {
     Store store = line.openStore();
     const User user = namedUser(store, options.user);
-    Table table({"ID", "START", "MINUTES", "SUBJECT"});
+    Table table({"ID", "START", "MINUTES", "REPEATS", "SUBJECT"});
     Json list = Json::array();
     for (const Entry& entry : entries(store, user)) {
         list.push_back(toJson(entry, user));
         table.add({shortId(entry.document), startText(entry.meeting, user),
-                   std::to_string(entry.meeting.minutes), entry.meeting.subject});
+                   std::to_string(entry.meeting.minutes), repeatsText(entry.meeting), entry.meeting.subject});
     }
     if (line.json) {
         line.out << list.dump(2) << "\n";
     } else {
         line.out << table;
     }
+}
+
+std::string exceptionText(const Meeting& meeting, const EventException& exception) {
+    const bool allDay = exception.allDay.value_or(meeting.allDay);
+    const std::string when =
+        allDay ? dateText(exception.start, asItStands) : momentText(exception.start, asItStands);
+    const std::string minutes = std::to_string(exception.minutes.value_or(meeting.minutes));
+    return dateText(exception.patternDate) + ": " + when + ", " + minutes + " minutes, "
+         + exception.subject.value_or(meeting.subject);
+}
+
+void addPattern(Table& table, const Meeting& meeting) {
+    table.add({"Repeats", repeatsText(meeting)});
+    for (const auto day : meeting.pattern->deletions) table.add({"Not on", dateText(day)});
+    for (const EventException& exception : meeting.pattern->exceptions)
+        table.add({"Changed", exceptionText(meeting, exception)});
 }
 
 void showMeeting(const TesseraCommandLine& line, const MeetingOptions& options) {
@@ -136,7 +151,11 @@ void showMeeting(const TesseraCommandLine& line, const MeetingOptions& options) 
     table.add({"Start", startText(entry.meeting, user)});
     table.add({"Minutes", std::to_string(entry.meeting.minutes)});
     table.add({"All day", entry.meeting.allDay ? "yes" : "no"});
+    table.add({"Private", entry.meeting.isPrivate ? "yes" : "no"});
+    if (entry.meeting.alarm) table.add({"Alarm", std::to_string(*entry.meeting.alarm) + " minutes before"});
+    if (entry.meeting.pattern) addPattern(table, entry.meeting);
     line.out << table;
+    if (!entry.meeting.note.empty()) line.out << "\n" << shownText(entry.meeting.note) << "\n";
 }
 
 void addUserOption(CLI::App& command, MeetingOptions& options) {
@@ -145,16 +164,6 @@ void addUserOption(CLI::App& command, MeetingOptions& options) {
 
 void addIdOption(CLI::App& command, MeetingOptions& options) {
     command.add_option("ID", options.id, "The meeting: its identity or the first digits of it")->required();
-}
-
-CLI::Option* addSettingOptions(CLI::App& command, MeetingOptions& options) {
-    CLI::Option* start =
-        command.add_option("--start", options.start, "When it starts, such as \"2026-11-23 10:00\"");
-    command.add_option("--minutes", options.minutes, "How long it lasts; 60, or a whole day")
-        ->check(CLI::Range(std::uint32_t{0}, maxMinutes));
-    command.add_option("--subject", options.subject, "What it is about");
-    addOptionalFlag(command, "--all-day,!--timed", options.allDay, "Whether it takes whole days");
-    return start;
 }
 
 } // namespace
@@ -178,17 +187,24 @@ void addMeetingCommands(TesseraCommandLine& line) {
                                  [&line, options] { addMeeting(line, *options); });
     add.footer(
         "  tessera office.db add meeting --user \"Pat Lee\" --start \"2026-11-23 10:00\" --subject Lunch\n"
-        "  tessera office.db add meeting --user \"Pat Lee\" --start 2026-12-24 --all-day --subject Closed");
+        "  tessera office.db add meeting --user \"Pat Lee\" --start 2026-12-24 --all-day --subject Closed\n"
+        "  tessera office.db add meeting --user \"Pat Lee\" --start \"2026-11-23 10:00\" --subject Team \\\n"
+        "      --repeat weekly --every 2 --on mon,wed --until 2027-06-30 --alarm 15");
     addUserOption(add, *options);
-    addSettingOptions(add, *options)->required();
+    options->settings.addTo(add)->required();
 
     CLI::App& edit =
         line.command(*line.app.get_subcommand("edit"), "meeting", "Changes what is named and leaves the rest",
                      [&line, options] { editMeeting(line, *options); });
-    edit.footer("  tessera office.db edit meeting --user \"Pat Lee\" 94515958 --start \"2026-11-23 11:00\"");
+    edit.footer(
+        "  tessera office.db edit meeting --user \"Pat Lee\" 94515958 --start \"2026-11-23 11:00\"\n"
+        "  tessera office.db edit meeting --user \"Pat Lee\" 94515958 --instance 2026-11-30 --cancel\n"
+        "  tessera office.db edit meeting --user \"Pat Lee\" 94515958 --instance 2026-12-07 \\\n"
+        "      --start \"2026-12-08 14:00\"");
     addUserOption(edit, *options);
     addIdOption(edit, *options);
-    addSettingOptions(edit, *options);
+    options->settings.addTo(edit);
+    options->settings.addInstanceTo(edit);
 
     CLI::App& remove = line.command(*line.app.get_subcommand("delete"), "meeting", "Deletes a meeting",
                                     [&line, options] { deleteMeeting(line, *options); });

@@ -228,9 +228,9 @@ TEST_F(RunTesseraTest, AddsEditsListsAndDeletesMeetings) {
     const std::string lunch = addMeeting("Ann", "2026-11-23 12:00", "Lunch");
     const std::string early = addMeeting("Ann", "2026-07-01 08:00", "Early");
     EXPECT_EQ(run({"list", "meetings", "--user", "Ann"}), 0);
-    EXPECT_EQ(out, "ID        START             MINUTES  SUBJECT\n"     //
-                       + early + "  2026-07-01 08:00  60       Early\n" //
-                       + lunch + "  2026-11-23 12:00  60       Lunch\n");
+    EXPECT_EQ(out, "ID        START             MINUTES  REPEATS  SUBJECT\n"     //
+                       + early + "  2026-07-01 08:00  60                Early\n" //
+                       + lunch + "  2026-11-23 12:00  60                Lunch\n");
 
     EXPECT_EQ(run({"edit", "meeting", lunch, "--user", "Ann", "--minutes", "90"}), 0) << err;
     EXPECT_EQ(run({"show", "meeting", lunch, "--user", "Ann", "--json"}), 0);
@@ -263,7 +263,7 @@ TEST_F(RunTesseraTest, TakesMeetingsOfWholeDays) {
         run({"add", "meeting", "--user", "Ann", "--start", "2026-12-24", "--all-day", "--subject", "Closed"}),
         0);
     EXPECT_EQ(run({"list", "meetings", "--user", "Ann"}), 0);
-    EXPECT_THAT(out, HasSubstr("  2026-12-24  1440     Closed\n"));
+    EXPECT_THAT(out, HasSubstr("  2026-12-24  1440              Closed\n"));
     const std::string id = out.substr(out.find('\n') + 1, 8);
     EXPECT_EQ(run({"edit", "meeting", id, "--user", "Ann", "--subject", "Holiday"}), 0);
     EXPECT_EQ(run({"show", "meeting", id, "--user", "Ann"}), 0);
@@ -288,6 +288,232 @@ TEST_F(RunTesseraTest, RefusesMeetings) {
     expectFailure(1, {"delete", "meeting", "", "--user", "Ann"}, "there is no meeting '' of Ann");
     EXPECT_EQ(run({"list", "meetings", "--user", "Ann", "--json"}), 0);
     EXPECT_EQ(nlohmann::json::parse(out).size(), 1u);
+}
+
+class RunTesseraCalendarTest : public RunTesseraTest {
+protected:
+    // A meeting of two hours at 10:00 from Monday, 2026-11-23, on.
+    std::string addRepeating(const std::vector<std::string>& more) {
+        std::vector<std::string> arguments{"add",     "meeting",          "--user",    "Ann",
+                                           "--start", "2026-11-23 10:00", "--subject", "Team"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        EXPECT_EQ(run(arguments), 0) << err;
+        return out.substr(std::string("added meeting ").size(), 8);
+    }
+    int edit(const std::string& id, const std::vector<std::string>& more) {
+        std::vector<std::string> arguments{"edit", "meeting", id, "--user", "Ann"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return run(arguments);
+    }
+    std::string shownDays(const std::string& from, const std::string& days) {
+        EXPECT_EQ(run({"show", "calendar", "--user", "Ann", "--from", from, "--days", days}), 0) << err;
+        return out;
+    }
+    nlohmann::json shown(const std::string& id) {
+        EXPECT_EQ(run({"show", "meeting", id, "--user", "Ann", "--json"}), 0) << err;
+        return nlohmann::json::parse(out);
+    }
+};
+
+TEST_F(RunTesseraCalendarTest, AddsMeetingsThatRepeat) {
+    addUser("Ann");
+    const struct {
+        std::vector<std::string> options;
+        const char* text;
+    } rows[] = {
+        {{"--repeat", "daily"}, "daily"},
+        {{"--repeat", "weekly"}, "weekly on mon"},
+        {{"--repeat", "weekly", "--every", "2", "--on", "mon,wed", "--until", "2027-06-30"},
+         "weekly on mon, wed, every 2, until 2027-06-30"},
+        {{"--repeat", "monthly-by-date"}, "monthly-by-date on 23"},
+        {{"--repeat", "monthly-by-date", "--on", "1,15"}, "monthly-by-date on 1, 15"},
+        {{"--repeat", "monthly-by-day"}, "monthly-by-day on 4-mon"},
+        {{"--repeat", "monthly-by-day", "--on", "last-fri"}, "monthly-by-day on last-fri"},
+    };
+    for (const auto& row : rows) {
+        const std::string id = addRepeating(row.options);
+        EXPECT_EQ(run({"show", "meeting", id, "--user", "Ann"}), 0);
+        EXPECT_THAT(out, HasSubstr("Repeats   " + std::string(row.text) + "\n"));
+        EXPECT_EQ(run({"list", "meetings", "--user", "Ann"}), 0);
+        EXPECT_THAT(out, HasSubstr(std::string("  ") + row.text + "  "));
+    }
+}
+
+TEST_F(RunTesseraCalendarTest, ShowsWhatElseAMeetingHas) {
+    addUser("Ann");
+    const std::string id = addRepeating({"--note", "room 5", "--alarm", "15", "--private"});
+    EXPECT_EQ(run({"show", "meeting", id, "--user", "Ann"}), 0);
+    EXPECT_THAT(out, HasSubstr("Private   yes\nAlarm     15 minutes before\n\nroom 5\n"));
+    EXPECT_EQ(edit(id, {"--alarm", "none", "--public"}), 0);
+    EXPECT_EQ(shown(id)["private"], false);
+    EXPECT_FALSE(shown(id).contains("alarm"));
+    EXPECT_EQ(shown(id)["note"], "room 5");
+}
+
+TEST_F(RunTesseraCalendarTest, ChangesSingleDays) {
+    addUser("Ann");
+    const std::string id = addRepeating({"--repeat", "daily"});
+    EXPECT_EQ(edit(id, {"--instance", "2026-11-24", "--cancel"}), 0) << err;
+    EXPECT_EQ(edit(id, {"--instance", "2026-11-25", "--start", "2026-11-26 14:00", "--minutes", "30",
+                        "--subject", "Other"}),
+              0)
+        << err;
+    EXPECT_EQ(shownDays("2026-11-23", "4"), "Mon 2026-11-23\n"
+                                            "  10:00-11:00  Team\n"
+                                            "Thu 2026-11-26\n"
+                                            "  10:00-11:00  Team\n"
+                                            "  14:00-14:30  Other\n");
+    EXPECT_EQ(run({"show", "meeting", id, "--user", "Ann"}), 0);
+    EXPECT_THAT(out, HasSubstr("Not on    2026-11-24\n"
+                               "Changed   2026-11-25: 2026-11-26 14:00, 30 minutes, Other\n"));
+
+    EXPECT_EQ(edit(id, {"--instance", "2026-11-24", "--restore"}), 0) << err;
+    EXPECT_EQ(edit(id, {"--instance", "2026-11-25", "--restore"}), 0) << err;
+    EXPECT_EQ(shownDays("2026-11-24", "2"), "Tue 2026-11-24\n"
+                                            "  10:00-11:00  Team\n"
+                                            "Wed 2026-11-25\n"
+                                            "  10:00-11:00  Team\n");
+}
+
+TEST_F(RunTesseraCalendarTest, CancelsAChangedDayWhereverItIsNamed) {
+    addUser("Ann");
+    for (const char* name : {"2026-11-25", "2026-11-28"}) {
+        const std::string id = addRepeating({"--repeat", "weekly", "--on", "mon,wed"});
+        EXPECT_EQ(edit(id, {"--instance", "2026-11-25", "--start", "2026-11-28 10:00"}), 0) << err;
+        EXPECT_EQ(edit(id, {"--instance", name, "--cancel"}), 0) << err;
+        EXPECT_EQ(shown(id)["exceptions"].size(), 0u);
+        EXPECT_EQ(shown(id)["deletions"], nlohmann::json::array({"2026-11-25"}));
+    }
+}
+
+TEST_F(RunTesseraCalendarTest, MovesTheUsualDayOfARuleWithTheStart) {
+    addUser("Ann");
+    const std::string usual = addRepeating({"--repeat", "weekly"});
+    EXPECT_EQ(edit(usual, {"--start", "2026-11-24 11:00"}), 0);
+    EXPECT_EQ(shown(usual)["repeats"]["on"], nlohmann::json::array({"tue"}));
+    EXPECT_EQ(shownDays("2026-11-30", "2"), "Tue 2026-12-01\n  11:00-12:00  Team\n");
+    const std::string named = addRepeating({"--repeat", "weekly", "--on", "mon,fri"});
+    EXPECT_EQ(edit(named, {"--start", "2026-11-24 11:00"}), 0);
+    EXPECT_EQ(shown(named)["repeats"]["on"], nlohmann::json::array({"mon", "fri"}));
+    EXPECT_EQ(edit(named, {"--until", "2026-12-31", "--every", "3"}), 0);
+    EXPECT_EQ(shown(named)["repeats"]["every"], 3);
+    EXPECT_EQ(edit(named, {"--until", "never"}), 0);
+    EXPECT_FALSE(shown(named)["repeats"].contains("until"));
+    EXPECT_EQ(edit(named, {"--repeat", "never"}), 0);
+    EXPECT_FALSE(shown(named).contains("repeats"));
+}
+
+// A flag that isn't there says nothing.
+TEST_F(RunTesseraCalendarTest, LeavesWhatIsNotNamed) {
+    addUser("Ann");
+    const std::string id = addRepeating({"--all-day", "--private"});
+    EXPECT_EQ(edit(id, {"--subject", "Other"}), 0);
+    EXPECT_EQ(shown(id)["allDay"], true);
+    EXPECT_EQ(shown(id)["private"], true);
+    EXPECT_EQ(run({"add", "task", "--user", "Ann", "--subject", "Call", "--completed", "--private"}), 0);
+    const std::string task = out.substr(std::string("added task ").size(), 8);
+    EXPECT_EQ(run({"edit", "task", task, "--user", "Ann", "--subject", "Write"}), 0);
+    EXPECT_EQ(run({"show", "task", task, "--user", "Ann", "--json"}), 0);
+    EXPECT_EQ(nlohmann::json::parse(out)["completed"], true);
+    EXPECT_EQ(nlohmann::json::parse(out)["private"], true);
+}
+
+TEST_F(RunTesseraCalendarTest, DrawsAMonth) {
+    addUser("Ann");
+    addRepeating({"--repeat", "weekly"});
+    EXPECT_EQ(run({"show", "calendar", "--user", "Ann", "--month", "2026-11"}), 0) << err;
+    EXPECT_THAT(out, HasSubstr("November 2026\nMon "));
+    EXPECT_THAT(out, HasSubstr("\n23         24         25         26         27         28         29\n"
+                               "10:00 Team\n30\n10:00 Team\n"));
+    EXPECT_EQ(run({"show", "calendar", "--user", "Ann", "--month", "2026-11", "--json"}), 0);
+    const auto list = nlohmann::json::parse(out);
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_EQ(list[1]["start"], "2026-11-30 10:00");
+}
+
+TEST_F(RunTesseraCalendarTest, RefusesRulesAndDays) {
+    addUser("Ann");
+    const std::string once = addRepeating({});
+    const std::string daily = addRepeating({"--repeat", "daily", "--every", "2"});
+    const struct {
+        int status;
+        std::string id;
+        std::vector<std::string> options;
+        const char* message;
+    } rows[] = {
+        {2, once, {"--repeat", "yearly"}, "'yearly' is no way to repeat"},
+        {2, once, {"--every", "2"}, "are for meetings that repeat"},
+        {2, once, {"--repeat", "weekly", "--on", "monday"}, "'monday' is not a day"},
+        {2, once, {"--repeat", "daily", "--on", "mon"}, "daily has no days"},
+        {2, once, {"--repeat", "monthly-by-date", "--on", "32"}, "'32' is not a day"},
+        {2, once, {"--repeat", "monthly-by-day", "--on", "5-mon"}, "'5-mon' is not a day"},
+        {2, once, {"--repeat", "monthly-by-day", "--on", "2"}, "'2' is not a day"},
+        {2, once, {"--repeat", "daily", "--every", "0"}, "--every"},
+        {2, once, {"--repeat", "daily", "--until", "soon"}, "'soon' is not a day"},
+        {2, once, {"--alarm", "early"}, "'early' is not a number of minutes"},
+        {1, once, {"--instance", "2026-11-23", "--cancel"}, "does not repeat"},
+        {1, daily, {"--instance", "2026-11-24", "--cancel"}, "does not take place on 2026-11-24"},
+        {1, daily, {"--instance", "2026-11-24", "--subject", "x"}, "does not take place on 2026-11-24"},
+        {1, daily, {"--instance", "2026-11-25", "--restore"}, "nothing was changed on 2026-11-25"},
+        {2, daily, {"--instance", "2026-11-25", "--private"}, "a day of its own"},
+        {2, daily, {"--cancel"}, "--instance"},
+    };
+    for (const auto& row : rows) {
+        std::vector<std::string> arguments{"edit", "meeting", row.id, "--user", "Ann"};
+        arguments.insert(arguments.end(), row.options.begin(), row.options.end());
+        expectFailure(row.status, arguments, row.message);
+    }
+    expectFailure(2, {"show", "calendar", "--user", "Ann", "--month", "2026-13"}, "'2026-13' is not a month");
+}
+
+TEST_F(RunTesseraCalendarTest, TakesMeetingsInAndOutAsICalendar) {
+    addUser("Ann");
+    const std::string calendar =
+        "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n"
+        "BEGIN:VEVENT\r\nUID:a\r\nSUMMARY:Team\r\nDTSTART:20261123T090000Z\r\n"
+        "DURATION:PT30M\r\nRRULE:FREQ=WEEKLY;COUNT=3\r\n"
+        "EXDATE:20261130T090000Z\r\nEND:VEVENT\r\n"
+        "BEGIN:VEVENT\r\nUID:b\r\nSUMMARY:Odd\r\nDTSTART:20261123T090000Z\r\n"
+        "RRULE:FREQ=HOURLY\r\nEND:VEVENT\r\n"
+        "BEGIN:VEVENT\r\nUID:c\r\nSUMMARY:Old\r\nDTSTART:19920101T090000Z\r\nEND:VEVENT\r\n"
+        "BEGIN:VTODO\r\nSUMMARY:Call\r\nEND:VTODO\r\nEND:VCALENDAR\r\n";
+    EXPECT_EQ(run({"import", "--user", "Ann", writeFile("calendar.ics", calendar)}), 0) << err;
+    EXPECT_EQ(err, "tessera: not imported: 'Odd': it repeats by a rule that a handheld can't hold\n"
+                   "tessera: not imported: 'Old': a meeting must start between 1993 and 2129\n");
+    EXPECT_EQ(shownDays("2026-11-01", "60"), "Mon 2026-11-23\n  10:00-10:30  Team\n"
+                                             "Mon 2026-12-07\n  10:00-10:30  Team\n");
+    EXPECT_EQ(run({"export", "--user", "Ann", "--format", "icalendar"}), 0) << err;
+    EXPECT_THAT(out, HasSubstr("DTSTART:20261123T100000\r\n"));
+    EXPECT_THAT(out, HasSubstr("RRULE:FREQ=WEEKLY;UNTIL=20261207T235959;BYDAY=MO;WKST=SU\r\n"));
+    EXPECT_THAT(out, HasSubstr("SUMMARY:Call\r\n"));
+}
+
+TEST_F(RunTesseraCalendarTest, TakesMeetingsInAndOutAsJson) {
+    addUser("Ann");
+    const std::string id = addRepeating({"--repeat", "monthly-by-day", "--until", "2027-12-31", "--every",
+                                         "2", "--note", "room 5", "--alarm", "15", "--private"});
+    EXPECT_EQ(edit(id, {"--instance", "2027-01-25", "--start", "2027-01-26", "--all-day", "--minutes", "1440",
+                        "--note", "x"}),
+              0)
+        << err;
+    EXPECT_EQ(edit(id, {"--instance", "2027-03-22", "--cancel"}), 0) << err;
+    const std::string exported = folder + "/office.json";
+    EXPECT_EQ(run({"export", "--output", exported}), 0);
+    EXPECT_EQ(run({"export"}), 0);
+    const std::string text = out;
+    std::filesystem::remove(file);
+    EXPECT_EQ(run({"import", exported}), 0) << err;
+    EXPECT_EQ(run({"export"}), 0);
+    EXPECT_EQ(out, text);
+    const auto meeting = nlohmann::json::parse(text)["users"][0]["meetings"][0];
+    EXPECT_EQ(meeting["start"], "2026-11-23T09:00:00Z");
+    EXPECT_EQ(meeting["repeats"],
+              nlohmann::json(
+                  {{"unit", "monthly-by-day"}, {"every", 2}, {"on", {"4-mon"}}, {"until", "2027-12-31"}}));
+    EXPECT_EQ(meeting["deletions"], nlohmann::json::array({"2027-03-22"}));
+    EXPECT_EQ(meeting["exceptions"],
+              nlohmann::json::parse(R"([{"day": "2027-01-25", "start": "2027-01-26 00:00", "note": "x",
+                                         "minutes": 1440, "allDay": true}])"));
 }
 
 TEST_F(RunTesseraTest, AddsEditsListsAndDeletesMemos) {
@@ -477,7 +703,7 @@ TEST_F(RunTesseraTest, AddsImportedMeetingsToUsersThatAreThere) {
               0)
         << err;
     EXPECT_EQ(run({"list", "meetings", "--user", "Ann"}), 0);
-    EXPECT_THAT(out, HasSubstr("2026-11-23 12:00  60       Lunch"));
+    EXPECT_THAT(out, HasSubstr("2026-11-23 12:00  60                Lunch"));
     EXPECT_EQ(Store(file).findUser("Ann")->zoneName, "CET-1CEST,M3.5.0,M10.5.0/3");
 }
 
@@ -494,6 +720,8 @@ TEST_F(RunTesseraTest, ImportsAllOrNothing) {
         R"({"users": [{"name": "Bob", "meetings": [{"minutes": 60}]}]})",
         R"({"users": [{"name": "Bob", "meetings": [{"start": "2026-11-23", "minutes": -1}]}]})",
         R"({"users": [{"name": "Bob", "meetings": [{"start": "soon", "minutes": 1}]}]})",
+        R"({"users": [{"name": "Bob", "meetings": [{"start": "2026-11-23", "minutes": 1, "repeats": {}}]}]})",
+        R"({"users": [{"name": "Bob", "meetings": [{"start": "2026-11-23", "minutes": 1, "repeats": {"unit": "daily", "every": 10000}}]}]})",
         R"({"users": [{"name": "Bob", "memos": [{"subject": "a\nb"}]}]})",
         R"({"users": [{"name": "Bob", "memos": [{"categories": "Home"}]}]})",
         R"({"users": [{"name": "Bob", "contacts": [{"phones": {"car": ["1"]}}]}]})",
