@@ -48,10 +48,10 @@ public:
 protected:
     // Between the two forms of a record. `resendWanted` comes back true for one that lost something on its
     // way to the device. `wasModified` tells whether the group's primary record was changed; the last
-    // argument is always 0.
+    // argument is 1 for mail that is sent off, and 0 otherwise.
     virtual PalmRecordGroup convertToPalm(const NotesApplicationRecord& record, bool& resendWanted) = 0;
     virtual CountedPtr<NotesApplicationRecord> convertToNotes(const PalmRecordGroup& group, bool wasModified,
-                                                              int reserved) = 0;
+                                                              int outgoing) = 0;
 
     // The requests of the application. `token` is the replication token of the class in progress.
     virtual void fetchAnomalies(const std::string& token, std::vector<ItemId>& out) = 0;
@@ -88,11 +88,15 @@ protected:
     // PalmDummyRecord takes its place.
     Record readRecord(PalmRecordBuffer& buffer, std::uint32_t uid, bool archived);
 
+    // What the log tells of the entries that go to the server.
+    void logReplicationEntries(std::size_t modified, std::size_t all);
+
+    bool hasState() const { return static_cast<bool>(state_); } // none where no class replicates
     ReplicationState& state() { return *state_; }
     PalmProxy& palm() { return *palm_; }
     const CountedPtr<PalmProxy>& sharedPalm() { return palm_; }
     ServerConnection& server() { return *server_; }
-    const PalmConfiguration& config() { return *config_; }
+    const PalmConfiguration& config() const { return *config_; }
     ServerAccount account() const; // what the server needs of the configuration to know the user by
     NotesItem itemOf(const NotesApplicationRecord& record) const; // with its properties alone
     const TimeZone& timeZone() { return timeZone_; }

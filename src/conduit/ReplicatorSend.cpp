@@ -117,8 +117,12 @@ void Replicator::collectReplicationEntries(const std::string& className, std::ve
         out.push_back(toDecimal(item.modified ? number + 1 : number));
         if (item.modified) ++modified;
     }
+    logReplicationEntries(modified, items.size());
+}
+
+void Replicator::logReplicationEntries(std::size_t modified, std::size_t all) {
     log() << "#t Sending replication information ($m modified, $n non-modified) ..." << Tag('m') << modified
-          << Tag('n') << items.size() - modified << '\n';
+          << Tag('n') << all - modified << '\n';
 }
 
 std::string Replicator::sendReplicationEntries(const std::string& className) {

@@ -5,6 +5,7 @@
 #include "applications/AddressReplicator.h"
 #include "applications/DatebookReplicator.h"
 #include "applications/FreeTimeReplicator.h"
+#include "applications/MailReplicator.h"
 #include "applications/MemoReplicator.h"
 #include "applications/ToDoReplicator.h"
 #include "conduit/Replicator.h"
@@ -20,6 +21,7 @@ std::unique_ptr<Replicator> makeReplicator(std::uint32_t creator, const CountedP
     switch (creator) {
     case fourCharacterCode("addr"): return std::make_unique<AddressReplicator>(palm);
     case fourCharacterCode("date"): return std::make_unique<DatebookReplicator>(palm);
+    case fourCharacterCode("mail"): return std::make_unique<MailReplicator>(palm);
     case fourCharacterCode("memo"): return std::make_unique<MemoReplicator>(palm);
     case fourCharacterCode("todo"): return std::make_unique<ToDoReplicator>(palm);
     case fourCharacterCode("TSRA"): return std::make_unique<FreeTimeReplicator>(palm);

@@ -29,6 +29,7 @@ protected:
     // For parsing constructors: takes the CRC of the whole buffer before any field is read.
     PalmApplicationRecord(PalmRecordBuffer& buffer, bool archived)
         : archived_(archived), crc_(buffer.crc(0)) {}
+    void setCrc(std::uint32_t crc) { crc_ = crc; } // for one that doesn't count all of its bytes
     PalmApplicationRecord(const PalmApplicationRecord&) = default;
     PalmApplicationRecord& operator=(const PalmApplicationRecord&) = default;
 

@@ -109,6 +109,12 @@ public:
     // An `id` without a database is one of the mail database `mailDbidText`.
     static ItemVersion sendMailItem(ServerConnection& connection, const std::string& mailDbidText,
                                     const std::string& className, const ItemId& id, const NotesItem& item);
+
+    // Sends mail to its addressees. `options` are seven characters, `unidText` the item that it answers, zeros
+    // for none. What the server answers says nothing.
+    static void sendOutgoingMail(ServerConnection& connection, const std::string& mailDbidText,
+                                 const std::string& options, const std::string& unidText,
+                                 const NotesItem& item);
 };
 
 } // namespace tsr

@@ -144,4 +144,11 @@ ItemVersion ReplicatorImpl::sendMailItem(ServerConnection& connection, const std
     return ItemVersion(dbid.text(), unidText, sequenceText);
 }
 
+void ReplicatorImpl::sendOutgoingMail(ServerConnection& connection, const std::string& mailDbidText,
+                                      const std::string& options, const std::string& unidText,
+                                      const NotesItem& item) {
+    sendStrings(connection, mailCommands.sendOutgoingMail, {mailDbidText, options, unidText, noDifferences},
+                item);
+}
+
 } // namespace tsr
