@@ -21,8 +21,9 @@ public:
     enum FilterType : std::uint32_t { All, SendOnly, Filter, Unread };
 
     MailPreferences() = default;
-    explicit MailPreferences(
-        PalmRecordBuffer& buffer); // raises InvalidMailFilter, IntegerUnderrun, MissingNul
+
+    // Raises InvalidMailFilter, IntegerUnderrun, MissingNul.
+    explicit MailPreferences(PalmRecordBuffer& buffer);
 
     // In the language of Notes; empty without a filter. What the user typed stands in it as it is, quotation
     // marks too.

@@ -11,16 +11,19 @@ namespace tsr {
 
 // One message of the Notes mail database.
 //
-//   property                                             value
-//   "Bcc", "Cc", "From", "ReplyTo", "Subject", "To"      text; line ends become LF on arrival, as with all
-//   texts "Body"                                               text "NoticeBody", "Importance", "#ClassName"
-//   read only "UNID"                                               identity; read only
-//   "#UNID"                                              of the message that is answered; sent only
-//   "Date"                                               seconds since 1993, a moment; read only
-//   "Unread"                                             "1" for a message that wasn't read; read only
-//   "ActionList"                                         what can be done with a notice of a meeting; read
-//   only "Room", "Duration"                                   of the meeting, read of a notice alone
+//   property                         value
+//   "Bcc", "Cc", "From", "ReplyTo",  text
+//     "Subject", "To", "Body"
+//   "NoticeBody", "Importance"       text; read only
+//   "#ClassName"                     of the class that the message came through; read only
+//   "UNID"                           identity, 32 digits; read only
+//   "#UNID"                          identity of the message that is answered; sent only
+//   "Date"                           seconds since 1993, a moment; read only
+//   "Unread"                         "1" for a message that wasn't read; read only
+//   "ActionList"                     what can be done with a notice of a meeting; read only
+//   "Room", "Duration"               of the meeting; read of a notice alone
 //
+// Line ends of what is read become LF, but for those of actions.
 // All that is sent is sent also when it is empty.
 class NotesMailRecord : public NotesApplicationRecord {
 public:

@@ -3,6 +3,7 @@
 #include "foundation/GeneralError.h"
 #include "foundation/deviceDate.h"
 #include "records/InfoBlock.h"
+#include "records/deviceCategory.h"
 
 namespace tsr {
 
@@ -43,6 +44,10 @@ PalmMailRecord::PalmMailRecord(PalmRecordBuffer& buffer, bool archived) : PalmAp
 
 void PalmMailRecord::setPriority(std::uint32_t priority) {
     flags_ = (flags_ & ~(3u << priorityShift)) | (priority & 3) << priorityShift;
+}
+
+void PalmMailRecord::setCategory(std::uint32_t index) {
+    category_ = static_cast<std::uint8_t>(checkedCategory(index));
 }
 
 std::uint16_t PalmMailRecord::write(PalmRecordBuffer& buffer) const {

@@ -50,7 +50,7 @@ public:
     std::uint32_t flags() const { return flags_; }
 
     std::uint8_t category() const override { return category_; }
-    void setCategory(std::uint8_t category) { category_ = category; }
+    void setCategory(std::uint32_t index); // raises InvalidCategory above 15
     std::string description() const override { return subject; }
     // With actions the body has an information block behind it.
     std::uint16_t write(PalmRecordBuffer& buffer) const override;

@@ -27,7 +27,7 @@ const char* importanceOf(std::uint32_t priority) {
 }
 
 // Deliberate: counts from the last character that isn't a line feed, itself included, so that a tail of n
-// line feeds gains n + 1, or two where there is none. A body of nothing else is doubled.
+// line feeds gains n + 1, or two where there is none. One of n line feeds alone gains n, and two at least.
 std::string withTail(const std::string& body) {
     const std::size_t last = body.find_last_not_of('\n');
     const std::size_t count = last == std::string::npos ? body.size() : body.size() - last;
