@@ -4,6 +4,7 @@
 
 #include "bench/ratios.h"
 #include "records/PalmAddressRecord.h"
+#include "records/PalmMailRecord.h"
 #include "records/PalmMemoRecord.h"
 #include "records/PalmToDoRecord.h"
 
@@ -46,6 +47,19 @@ PalmMemoRecord memo() {
     return record;
 }
 
+// 500 bytes: 6 before the texts, eight NULs and a last byte.
+PalmMailRecord mail() {
+    PalmMailRecord record;
+    record.date = DateTime(2002, 3, 4, 9, 30, 0);
+    record.subject = "The offer that you asked for";
+    record.from = "Alexandra Mustermann/Example";
+    record.to = "Max Mustermann/Example";
+    record.cc = "Sales/Example";
+    record.body = std::string(500 - 15 - 91, 'a');
+    record.setRead(true);
+    return record;
+}
+
 template <typename Record>
 void parse(benchmark::State& state, const Record& record) {
     PalmRecordBuffer buffer;
@@ -74,16 +88,21 @@ void parseTask(benchmark::State& state) { parse(state, task()); }
 void writeTask(benchmark::State& state) { write(state, task()); }
 void parseMemo(benchmark::State& state) { parse(state, memo()); }
 void writeMemo(benchmark::State& state) { write(state, memo()); }
+void parseMail(benchmark::State& state) { parse(state, mail()); }
+void writeMail(benchmark::State& state) { write(state, mail()); }
 BENCHMARK(parseContact)->Repetitions(repetitions);
 BENCHMARK(writeContact)->Repetitions(repetitions);
 BENCHMARK(parseTask)->Repetitions(repetitions);
 BENCHMARK(writeTask)->Repetitions(repetitions);
 BENCHMARK(parseMemo)->Repetitions(repetitions);
 BENCHMARK(writeMemo)->Repetitions(repetitions);
+BENCHMARK(parseMail)->Repetitions(repetitions);
+BENCHMARK(writeMail)->Repetitions(repetitions);
 
 const bool compared = bench::requireRecords("parseContact", 1) && bench::requireRecords("writeContact", 1)
                    && bench::requireRecords("parseTask", 1) && bench::requireRecords("writeTask", 1)
-                   && bench::requireRecords("parseMemo", 1) && bench::requireRecords("writeMemo", 1);
+                   && bench::requireRecords("parseMemo", 1) && bench::requireRecords("writeMemo", 1)
+                   && bench::requireRecords("parseMail", 1) && bench::requireRecords("writeMail", 1);
 
 } // namespace
 } // namespace tsr

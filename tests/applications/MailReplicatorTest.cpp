@@ -875,6 +875,105 @@ TEST_F(MailReplicatorTest, ADraftThatIsRefusedIsSentAgain) {
     EXPECT_EQ(sent(316).size(), 1u);
 }
 
+TEST_F(MailReplicatorTest, AConnectionThatBreaksIsToldForEachMail) {
+    putMail(1, outbox, mail("04 00", "Lunch", "Ann", "Hi"));
+    putMail(2, outbox, mail("04 00", "Tea", "Ann", "Hi"));
+    haveBut(318, {.hangUp = true});
+    const Strings warnings = runToItsEnd();
+    const auto failed = [](const std::string& subject) {
+        return "** An error occurred whilst sending the mail item with subject '" + subject + "'.";
+    };
+    EXPECT_EQ(std::count(warnings.begin(), warnings.end(), failed("Lunch")), 1);
+    EXPECT_EQ(std::count(warnings.begin(), warnings.end(), failed("Tea")), 1);
+    EXPECT_EQ(database.records().all().size(), 2u);
+}
+
+TEST_F(MailReplicatorTest, SentMailThatCannotBeDeletedGoesAgain) {
+    putMail(1, outbox, mail("04 00", "Lunch", "Ann", "Hi"));
+    putMail(2, outbox, mail("04 00", "Tea", "Ann", "Hi"));
+    handheldFailFunction("SyncDeleteRec", 1, deviceError);
+    const Strings warnings = run();
+    ASSERT_EQ(warnings.size(), 2u);
+    EXPECT_EQ(warnings[0], "** An error occurred whilst sending the mail item with subject 'Lunch'.");
+    EXPECT_THAT(warnings[1], HasSubstr("SyncDeleteRec"));
+    EXPECT_EQ(contents(database), Strings{"1/1: " + hexText(mail("04 00", "Lunch", "Ann", "Hi"))});
+    handheldMend();
+    have(Mailbox());
+    EXPECT_THAT(run(), IsEmpty());
+    EXPECT_EQ(sent(318).size(), 1u);
+    EXPECT_THAT(contents(database), IsEmpty());
+}
+
+TEST_F(MailReplicatorTest, ADraftThatIsRefusedInTheOutboxIsStillKnown) {
+    haveMail("Drafts");
+    ASSERT_TRUE(database.moveRecord(1, outbox));
+    Mailbox box;
+    box.refusedSubjects = {"Lunch"};
+    have(box);
+    EXPECT_EQ(run().size(), 2u);
+    EXPECT_THAT(sent(316), IsEmpty());
+    EXPECT_EQ(entriesOf("Drafts").at(0), unidA);
+}
+
+TEST_F(MailReplicatorTest, AResetTellsOfNothingThatIsKnown) {
+    haveMail("Inbox");
+    ASSERT_TRUE(database.editRecord(1, bytes(lunch("04 00"))));
+    configureType(3, 3);
+    EXPECT_THAT(run(), IsEmpty());
+    EXPECT_THAT(entriesOf("Inbox"), ElementsAre(unidA, "0", "0", "0")); // nor is the mark looked at
+}
+
+TEST_F(MailReplicatorTest, ASlowSessionSeesMarksThatNoFlagTellsOf) {
+    haveMail("Inbox", {"Unread=1"});
+    ASSERT_TRUE(database.patchRecord(1, 4, bytes("84")));
+    EXPECT_THAT(run(), IsEmpty());
+    EXPECT_THAT(entriesOf("Inbox"), ElementsAre(unidA, "4", "4", "1"));
+    configureType(6, 3);
+    EXPECT_THAT(run(), IsEmpty());
+    EXPECT_THAT(entriesOf("Inbox"), ElementsAre(unidA, "4", "0", "0"));
+}
+
+// Folder and bytes of each message, whatever ids the device gave. The byte by which a session resets the
+// flags is none; it stays behind where it can't be deleted.
+Strings messages(const HandheldDatabase& database) {
+    Strings lines;
+    for (const HandheldRecord& record : database.records().all()) {
+        if (record.data.size() == 1) continue;
+        lines.push_back(std::to_string(record.category) + ": " + hexText(record.data));
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
+}
+
+TEST_F(MailReplicatorTest, AGoodSessionMendsWhatABadOneLeft) {
+    haveMail("Inbox");
+    ASSERT_TRUE(database.moveRecord(1, deletedFolder));
+    putMail(7, outbox, mail("44 00", "Re: Lunch", "Ann", "Yes"));
+    putMail(8, drafts, draft("Offer"));
+    setSignature("Max");
+    Mailbox box;
+    box.toReceive["Inbox"] = {unidB};
+    box.items[unidB] = offeredMail(unidB, "Lunch");
+    box.sentVersion = {unidC, "1"};
+    have(box);
+    const Handheld before = handheld;
+    bool reached = true;
+    for (std::uint64_t number = 1; reached; ++number) {
+        SCOPED_TRACE("call " + std::to_string(number));
+        handheld = before;
+        handheldRestartCount();
+        handheldFailCall(number, deviceError);
+        MailReplicator(makeCounted<PalmProxy>(nullptr)).run(ReplicationType::Normal);
+        reached = handheldCallCount() >= number;
+        handheldMend();
+        handheldEndSession(); // closes what could not be closed
+        EXPECT_THAT(run(), IsEmpty());
+        EXPECT_EQ(messages(*handheld.find("MailDB")),
+                  (Strings{"0: " + lunch("84 00"), "4: " + hexText(draft("Offer"))}));
+        EXPECT_EQ(handheldOpenDatabases(), 0u);
+    }
+}
+
 // The debug log stands beside this program.
 class MailReplicatorLog : public MailReplicatorTest {
 protected:

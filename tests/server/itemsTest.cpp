@@ -265,6 +265,35 @@ TEST_F(ItemsTest, SendsNoMailWithoutADatabase) {
     EXPECT_TRUE(socket->writes.empty());
 }
 
+TEST_F(ItemsTest, SendsOutgoingMail) {
+    willAnswer({});
+    item = {{"To", {"Ann"}}, {"#UNID", {unidA}}, {"Subject", {"a=b"}}, {"Body", {""}}};
+    ReplicatorImpl::sendOutgoingMail(connection, dbidText, "NC1N100", unidA, item);
+    EXPECT_EQ(sent(), test::requestOf(318, {dbidText, "NC1N100", unidA, "0", "#UNID=" + unidA,
+                                            "Body=", "Subject=a=b", "To=Ann"}));
+}
+
+TEST_F(ItemsTest, TheAnswerToOutgoingMailSaysNothing) {
+    for (const Strings& answer : {Strings{"x"}, Strings{"", ""}, Strings{unidA, "1"}}) {
+        willAnswer(answer);
+        ReplicatorImpl::sendOutgoingMail(connection, dbidText, "NN2N000", noUnid, {});
+    }
+    EXPECT_EQ(socket->writes.size(), 6u); // header and body of each
+}
+
+TEST_F(ItemsTest, SendsOutgoingMailToADatabaseThatItKnowsByTextAlone) {
+    willAnswer({});
+    ReplicatorImpl::sendOutgoingMail(connection, "none", "", "", {});
+    EXPECT_EQ(sent(), test::requestOf(318, {"none", "", "", "0"}));
+}
+
+TEST_F(ItemsTest, TellsWhyOutgoingMailWasRefused) {
+    socket->willReceive(test::responseFrame(9, "Nobody has this name.", {}));
+    EXPECT_EQ(textRaisedBy<ServerRequestError>(
+                  [&] { ReplicatorImpl::sendOutgoingMail(connection, dbidText, "NN2N000", noUnid, {}); }),
+              "Nobody has this name.");
+}
+
 TEST_F(ItemsTest, SendsAnAnomaly) {
     willAnswer({dbidText, unidB, "8"});
     item = {{"Subject", {"Lunch"}}};
