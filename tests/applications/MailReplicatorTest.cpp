@@ -442,6 +442,19 @@ TEST_F(MailReplicatorTest, SendsADraftThatWasEdited) {
     EXPECT_THAT(entriesOf("Drafts"), ElementsAre(unidA, "5", "5", "1"));
 }
 
+TEST_F(MailReplicatorTest, AMessageThatChangesItsClassChangesItsFolder) {
+    haveMail("Drafts");
+    Mailbox box;
+    box.toReceive["Inbox"] = {unidA};
+    box.items[unidA] = offeredMail(unidA, "Lunch");
+    have(box);
+    EXPECT_THAT(run(), IsEmpty());
+    EXPECT_THAT(contents(database), ElementsAre("1/0: " + lunch("84 00")));
+    EXPECT_THAT(run(), IsEmpty());
+    EXPECT_THAT(entriesOf("Inbox"), ElementsAre(unidA, "4", "4", "0"));
+    EXPECT_THAT(entriesOf("Drafts"), IsEmpty());
+}
+
 TEST_F(MailReplicatorTest, SendsTheDeletionsOfBothSides) {
     haveMail("Inbox");
     ASSERT_TRUE(database.deleteRecord(1));
@@ -676,6 +689,17 @@ TEST_F(MailReplicatorTest, AnAnswerDeletesNothingThatWasNotAskedFor) {
     EXPECT_THAT(run(), IsEmpty());
     EXPECT_EQ(database.records().all().size(), 1u);
     EXPECT_THAT(entriesOf("Inbox"), ElementsAre(unidB, "4", "4", "0"));
+}
+
+TEST_F(MailReplicatorTest, AMessageOfAnotherMailDatabaseIsNotTheOneThatWasDeleted) {
+    haveMail("Inbox");
+    ASSERT_TRUE(database.moveRecord(1, deletedFolder));
+    Mailbox box;
+    box.databases = {"Mail", "fedcba9876543210"};
+    have(box);
+    EXPECT_THAT(run(), IsEmpty());
+    EXPECT_THAT(sent(305), ElementsAre(Strings{"fedcba9876543210", unidA}));
+    EXPECT_EQ(contents(database), Strings{"1/2: " + lunch("84 00")});
 }
 
 TEST_F(MailReplicatorTest, ABadAnswerAboutTheDeletedFolderEndsTheSession) {
