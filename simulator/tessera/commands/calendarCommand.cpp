@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <ctime>
 #include <memory>
 #include <optional>
