@@ -58,7 +58,7 @@ std::vector<CalendarEntry> entriesIn(const std::vector<Event>& events, sys_days 
 void showJson(std::ostream& out, const std::vector<CalendarEntry>& entries) {
     Json list = Json::array();
     for (const CalendarEntry& entry : entries) {
-        list.push_back({{"start", entry.start},
+        list.push_back({{"start", readingText(entry.start)},
                         {"minutes", entry.minutes},
                         {"allDay", entry.allDay},
                         {"subject", entry.subject}});

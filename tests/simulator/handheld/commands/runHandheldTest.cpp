@@ -452,6 +452,7 @@ TEST_F(RunHandheld, ShowsACalendar) {
     EXPECT_EQ(run({"calendar", "--month", "2002-03", "--json"}), 0) << err_.str();
     EXPECT_EQ(json().size(), 4U); // 4, 11, 18 and 25 March
     EXPECT_EQ(json()[0]["subject"], "Team");
+    EXPECT_EQ(json()[0]["start"], "2002-03-04 10:00");
     expectRefused({"calendar", "--month", "2002-13"}, 2);
     expectRefused({"calendar", "--from", "soon"}, 2);
     expectRefused({"calendar", "--days", "3"}, 2);
