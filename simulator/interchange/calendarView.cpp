@@ -150,4 +150,8 @@ std::int64_t daysTouched(std::int64_t start, std::uint32_t minutes, bool allDay)
     return (dayOf(end) - dayOf(start)).count() + 1;
 }
 
+std::string readingText(std::int64_t start) {
+    return dayText(dayOf(start)).substr(std::string("Mon ").size()) + " " + timeText(start);
+}
+
 } // namespace tsr

@@ -28,4 +28,6 @@ void writeMonth(std::ostream& out, const std::vector<CalendarEntry>& entries, st
 // How many days an entry touches; one that ends at midnight doesn't touch the day that begins there.
 std::int64_t daysTouched(std::int64_t start, std::uint32_t minutes, bool allDay);
 
+std::string readingText(std::int64_t start); // "2026-11-23 10:00"
+
 } // namespace tsr

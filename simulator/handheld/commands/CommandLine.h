@@ -40,6 +40,7 @@ void addInitCommand(CommandLine& line);
 void addConfigureCommand(CommandLine& line);
 void addListCommand(CommandLine& line);
 void addShowCommand(CommandLine& line);
+void addCalendarCommand(CommandLine& line);
 void addRecordCommands(CommandLine& line); // add, edit, delete, archive
 void addCategoryCommand(CommandLine& line);
 void addPreferenceCommand(CommandLine& line);

@@ -49,25 +49,38 @@ void importDatabase(Handheld& handheld, const std::string& file, bool replace) {
     handheld.databases.insert_or_assign(name, std::move(database));
 }
 
-using ImportText = void (*)(Handheld&, const std::string& text);
+// What is read gives the reasons why parts of it could not be held.
+using Refused = std::vector<std::string>;
+using ImportText = Refused (*)(Handheld&, const std::string& text);
+
+template <void (*importText)(Handheld&, const std::string&)>
+Refused importWhole(Handheld& handheld, const std::string& text) {
+    importText(handheld, text);
+    return {};
+}
+
+Refused importCalendar(Handheld& handheld, const std::string& text) {
+    importTasks(handheld, text);
+    return importEvents(handheld, text);
+}
 
 // Null for a database.
 ImportText importOfRecords(const std::string& file) {
-    if (file.ends_with(".vcf")) return importContacts;
-    if (file.ends_with(".ics")) return importTasks;
-    if (file.ends_with(".json")) return importRecords;
+    if (file.ends_with(".vcf")) return importWhole<importContacts>;
+    if (file.ends_with(".ics")) return importCalendar;
+    if (file.ends_with(".json")) return importWhole<importRecords>;
     return nullptr;
 }
 
-void importFile(Handheld& handheld, const std::string& file, bool replace) {
+Refused importFile(Handheld& handheld, const std::string& file, bool replace) {
     const ImportText importText = importOfRecords(file);
     if (!importText) {
         importDatabase(handheld, file, replace);
-        return;
+        return {};
     }
     const std::vector<std::uint8_t> bytes = readFile(file);
     try {
-        importText(handheld, {bytes.begin(), bytes.end()});
+        return importText(handheld, {bytes.begin(), bytes.end()});
     } catch (const std::runtime_error& error) {
         throw HandheldError(file + ": " + error.what());
     }
@@ -76,12 +89,14 @@ void importFile(Handheld& handheld, const std::string& file, bool replace) {
 std::vector<std::uint8_t> exportedBytes(Handheld& handheld, const FileOptions& options) {
     const std::string& file = options.files.front();
     HandheldDatabase& database = findDatabase(handheld, options.database);
+    const std::int64_t stamp = handheld.clock.value_or(static_cast<std::uint32_t>(std::time(nullptr)));
     std::string text;
     if (file.ends_with(".vcf") && database.name() == contactDatabase) {
         text = exportedContacts(database, options.vCard3 ? VCardVersion::V3 : VCardVersion::V4);
     } else if (file.ends_with(".ics") && database.name() == taskDatabase) {
-        text =
-            exportedTasks(database, handheld.clock.value_or(static_cast<std::uint32_t>(std::time(nullptr))));
+        text = exportedTasks(database, stamp);
+    } else if (file.ends_with(".ics") && database.name() == eventDatabase) {
+        text = exportedEvents(database, stamp);
     } else if (file.ends_with(".json")) {
         text = exportedRecords(database);
     } else {
@@ -103,7 +118,7 @@ void addImportCommand(CommandLine& line) {
     CLI::App& command =
         line.addCommand("import",
                         "Put the databases of .pdb files on the handheld; add the contacts of "
-                        ".vcf files, the tasks of .ics files and the records of .json files",
+                        ".vcf files, the events and tasks of .ics files and the records of .json files",
                         "backup/MemoDB.pdb --replace");
     auto options = std::make_shared<FileOptions>();
     command.add_option("FILE", options->files, "The files; their names tell what they are")->required();
@@ -111,8 +126,10 @@ void addImportCommand(CommandLine& line) {
     command.callback([&line, options] {
         line.action = [&line, options] {
             line.change([&](HandheldFolder& folder) {
-                for (const std::string& file : options->files)
-                    importFile(folder.handheld(), file, options->replace);
+                for (const std::string& file : options->files) {
+                    for (const std::string& reason : importFile(folder.handheld(), file, options->replace))
+                        line.err << "handheld: not imported: " << reason << "\n";
+                }
             });
         };
     });
@@ -122,7 +139,7 @@ void addExportCommand(CommandLine& line) {
     CLI::App& command = line.addCommand(
         "export",
         "Write a database to a .pdb file, for a device or another handheld, or its records to a .json file, "
-        "addresses to a .vcf file, to-dos to an .ics file",
+        "addresses to a .vcf file, events or to-dos to an .ics file",
         "memo MemoDB.pdb");
     auto options = std::make_shared<FileOptions>();
     command.add_option("NAME", options->database, "A database or an application")->required();

@@ -7,6 +7,7 @@
 #include "handheld/HandheldError.h"
 #include "handheld/commands/CommandLine.h"
 #include "handheld/commands/databaseName.h"
+#include "handheld/commands/datebookEvents.h"
 #include "handheld/commands/handheldText.h"
 #include "handheld/forms/RecordForm.h"
 #include "handheld/forms/fieldText.h"
@@ -52,13 +53,18 @@ std::vector<ShownRecord> shownRecords(HandheldDatabase& database) {
     return shown;
 }
 
-void addRecord(HandheldDatabase& database, const ShownRecord& record) {
+std::vector<std::uint8_t> dataOf(const HandheldDatabase& database, const FieldValues& fields) {
     const RecordForm& form = formOf(database);
-    form.checkNames(record.fields);
+    form.checkNames(fields);
     FieldValues values;
-    for (const auto& [name, value] : record.fields) setField(values, name, toHandheldText(value));
-    const std::vector<std::uint8_t> data = form.write(values);
+    for (const auto& [name, value] : fields) setField(values, name, toHandheldText(value));
+    std::vector<std::uint8_t> data = form.write(values);
     if (data.size() > HandheldRecord::maxBytes) throw UsageError("a record takes at most 65,535 bytes");
+    return data;
+}
+
+void addRecord(HandheldDatabase& database, const ShownRecord& record) {
+    const std::vector<std::uint8_t> data = dataOf(database, record.fields);
     const std::uint8_t category = record.category.empty()
                                     ? std::uint8_t{0}
                                     : CategoryTable(database).findOrAdd(toHandheldText(record.category));
@@ -178,6 +184,43 @@ std::string exportedTasks(HandheldDatabase& database, std::int64_t stamp) {
     std::vector<Task> tasks;
     for (const ShownRecord& record : shownRecords(database)) tasks.push_back(toTask(record));
     return taskCalendarText(tasks, stamp);
+}
+
+std::vector<std::string> importEvents(Handheld& handheld, const std::string& calendar) {
+    EventFile file = readEvents(calendar, CalendarClock());
+    for (const Event& event : file.events) {
+        HandheldDatabase& database = findDatabase(handheld, eventDatabase);
+        const auto refuse = [&](const std::exception& error) {
+            file.refused.push_back("'" + event.subject + "': " + error.what());
+        };
+        try {
+            const std::vector<DatebookFields> records = toDatebook(event);
+            for (const DatebookFields& each : records) dataOf(database, each.fields); // all of them, or none
+            for (const DatebookFields& each : records) addRecord(database, {0, "", each.secret, each.fields});
+        } catch (const UsageError& error) {
+            refuse(error);
+        } catch (const FieldError& error) {
+            refuse(error);
+        }
+    }
+    return file.refused;
+}
+
+std::vector<Event> eventsOf(HandheldDatabase& database) {
+    std::vector<Event> events;
+    for (const ShownRecord& record : shownRecords(database)) {
+        try {
+            events.push_back(toEvent({record.fields, record.secret}));
+        } catch (const std::runtime_error&) {
+            continue; // a date or a time that is none
+        }
+        events.back().uid = "event-" + std::to_string(record.id);
+    }
+    return events;
+}
+
+std::string exportedEvents(HandheldDatabase& database, std::int64_t stamp) {
+    return calendarText(eventsOf(database), {}, stamp, CalendarClock());
 }
 
 void importRecords(Handheld& handheld, const std::string& json) {

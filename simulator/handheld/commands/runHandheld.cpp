@@ -28,6 +28,7 @@ void addCommands(CommandLine& line) {
     addConfigureCommand(line);
     addListCommand(line);
     addShowCommand(line);
+    addCalendarCommand(line);
     addRecordCommands(line);
     addCategoryCommand(line);
     addPreferenceCommand(line);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <ctime>
 #include <memory>
 #include <optional>
@@ -19,8 +20,6 @@ using namespace std::chrono;
 using Json = nlohmann::ordered_json;
 
 constexpr int maxDays = 3660;
-
-const ZoneRule asItStands;
 
 struct CalendarOptions {
     std::string user;
@@ -60,7 +59,7 @@ std::vector<CalendarEntry> entriesIn(Store& store, const User& user, const DateW
 Json entriesJson(const std::vector<CalendarEntry>& entries) {
     Json list = Json::array();
     for (const CalendarEntry& entry : entries) {
-        list.push_back({{"start", momentText(entry.start, asItStands)},
+        list.push_back({{"start", readingText(entry.start)},
                         {"minutes", entry.minutes},
                         {"allDay", entry.allDay},
                         {"subject", entry.subject}});

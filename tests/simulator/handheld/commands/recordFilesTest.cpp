@@ -93,6 +93,55 @@ TEST_F(RecordFiles, RefuseTasksThatRepeat) {
     EXPECT_THROW(importTasks(handheld, calendar("SUMMARY:a\r\nRRULE:FREQ=DAILY\r\n")), UsageError);
 }
 
+std::string eventLines(const std::string& subject, const std::string& lines) {
+    return "BEGIN:VEVENT\r\nUID:" + subject + "\r\nSUMMARY:" + subject + "\r\n" + lines + "END:VEVENT\r\n";
+}
+std::string calendarOf(const std::string& components) {
+    return "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Tessera//EN\r\n" + components + "END:VCALENDAR\r\n";
+}
+
+TEST_F(RecordFiles, TakeEventsInAndOut) {
+    const auto refused =
+        importEvents(handheld, calendarOf(eventLines("M\xC3\xBCller", "DTSTART:20261123T100000\r\n"
+                                                                      "DURATION:PT1H\r\nCLASS:PRIVATE\r\n"
+                                                                      "RRULE:FREQ=WEEKLY\r\n"
+                                                                      "EXDATE:20261130T100000\r\n")));
+    EXPECT_THAT(refused, testing::IsEmpty());
+    EXPECT_THAT(onlyFields("DatebookDB"),
+                ElementsAre(Pair("date", "2026-11-23"), Pair("description", "M\xFCller"),
+                            Pair("end", "11:00"), Pair("every", "1"), Pair("except", "2026-11-30"),
+                            Pair("on", "2"), Pair("repeat", "weekly"), Pair("start", "10:00")));
+    const HandheldRecord record = onlyRecord("DatebookDB");
+    EXPECT_EQ(record.attributes & HandheldRecord::secret, HandheldRecord::secret);
+    EXPECT_EQ(exportedEvents(database("DatebookDB"), 1012998896), // 2002-02-06 12:34:56 UTC
+              calendarOf("BEGIN:VEVENT\r\nUID:event-" + std::to_string(record.id)
+                         + "\r\nDTSTAMP:20020206T123456Z\r\nSUMMARY:M\xC3\xBCller\r\n"
+                           "DTSTART:20261123T100000\r\nDTEND:20261123T110000\r\nCLASS:PRIVATE\r\n"
+                           "RRULE:FREQ=WEEKLY;BYDAY=MO;WKST=SU\r\nEXDATE:20261130T100000\r\nEND:VEVENT\r\n"));
+}
+
+TEST_F(RecordFiles, RefuseEventsAlone) {
+    const std::string start = "DTSTART:20261123T100000\r\n";
+    const auto refused = importEvents(
+        handheld, calendarOf(eventLines("Hourly", start + "RRULE:FREQ=HOURLY\r\n")
+                             + eventLines("Late", "DTSTART:20261123T230000\r\nDURATION:PT2H\r\n")
+                             + eventLines("\xE2\x82\xAC", start) // a character that it doesn't know
+                             + eventLines("Far", "DTSTART:20320101T100000\r\n") + eventLines("Good", start)));
+    EXPECT_THAT(refused, SizeIs(4));
+    EXPECT_THAT(refused, Contains("'Hourly': it repeats by a rule that a handheld can't hold"));
+    EXPECT_THAT(refused, Contains("'Late': it runs over midnight, which no event of a handheld does"));
+    EXPECT_THAT(onlyFields("DatebookDB"), Contains(Pair("description", "Good")));
+}
+
+TEST_F(RecordFiles, TakeAnEventWithAllItsDaysOrNotAtAll) {
+    const auto refused = importEvents(
+        handheld, calendarOf(eventLines("Team", "DTSTART:20261123T100000\r\nRRULE:FREQ=DAILY\r\n")
+                             + eventLines("Team", "RECURRENCE-ID:20261124T100000\r\n"
+                                                  "DTSTART:20261124T233000\r\nDURATION:PT1H\r\n")));
+    EXPECT_THAT(refused, SizeIs(1));
+    EXPECT_THAT(database("DatebookDB").records().all(), testing::IsEmpty());
+}
+
 TEST_F(RecordFiles, TakeRecordsInAndOutAsJson) {
     const std::string json = R"({
   "database": "MemoDB",

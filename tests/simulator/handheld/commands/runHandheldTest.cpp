@@ -434,13 +434,53 @@ TEST_F(RunHandheld, RefusesAFolderThatIsNoHandheld) {
     EXPECT_FALSE(std::filesystem::exists(folder()));
 }
 
+TEST_F(RunHandheld, ShowsACalendar) {
+    init(); // on 2002-02-06, a Wednesday
+    EXPECT_EQ(run({"add", "datebook", "description=Team", "date=2002-02-04", "start=10:00", "end=11:00",
+                   "repeat=weekly", "on=2", "except=2002-02-11"}),
+              0)
+        << err_.str();
+    EXPECT_EQ(run({"add", "datebook", "description=Trip", "date=2002-02-18"}), 0) << err_.str();
+    EXPECT_EQ(run({"calendar", "--from", "2002-02-04", "--days", "15"}), 0) << err_.str();
+    EXPECT_EQ(out_.str(), "Mon 2002-02-04\n  10:00-11:00  Team\n"
+                          "Mon 2002-02-18\n  all day      Trip\n  10:00-11:00  Team\n");
+    EXPECT_EQ(run({"calendar"}), 0) << err_.str();
+    EXPECT_THAT(out_.str(), HasSubstr("February 2002\n"));
+    EXPECT_THAT(out_.str(),
+                HasSubstr("\n18         19         20         21         22         23         24\n"
+                          "Trip\n10:00 Team\n25"));
+    EXPECT_EQ(run({"calendar", "--month", "2002-03", "--json"}), 0) << err_.str();
+    EXPECT_EQ(json().size(), 4U); // 4, 11, 18 and 25 March
+    EXPECT_EQ(json()[0]["subject"], "Team");
+    EXPECT_EQ(json()[0]["start"], "2002-03-04 10:00");
+    expectRefused({"calendar", "--month", "2002-13"}, 2);
+    expectRefused({"calendar", "--from", "soon"}, 2);
+    expectRefused({"calendar", "--days", "3"}, 2);
+}
+
+TEST_F(RunHandheld, NamesTheEventsThatItCannotHold) {
+    init();
+    const std::string calendar = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nSUMMARY:Odd\r\n"
+                                 "DTSTART:20020206T100000\r\nRRULE:FREQ=HOURLY\r\nEND:VEVENT\r\n"
+                                 "BEGIN:VTODO\r\nSUMMARY:Call\r\nEND:VTODO\r\nEND:VCALENDAR\r\n";
+    replaceFile(file("c.ics"), {calendar.begin(), calendar.end()});
+    EXPECT_EQ(run({"import", file("c.ics")}), 0);
+    EXPECT_EQ(err_.str(), "handheld: not imported: 'Odd': it repeats by a rule that a handheld can't hold\n");
+    Handheld handheld = HandheldFolder::open(folder()).handheld();
+    EXPECT_EQ(handheld.find("ToDoDB")->records().all().size(), 1U);
+    run({"add", "datebook", "description=Trip", "date=2002-02-18"});
+    EXPECT_EQ(run({"export", "datebook", file("d.ics")}), 0) << err_.str();
+    const auto bytes = readFile(file("d.ics"));
+    EXPECT_THAT(std::string(bytes.begin(), bytes.end()), HasSubstr("DTSTART;VALUE=DATE:20020218\r\n"));
+}
+
 TEST_F(RunHandheld, Helps) {
     std::istringstream in;
     EXPECT_EQ(runHandheld({"--help"}, in, out_, err_), 0);
     EXPECT_THAT(out_.str(), HasSubstr("handheld palm init"));
     const std::string overview = out_.str();
     for (const char* command : {"init", "configure", "list", "show", "add", "edit", "delete", "archive",
-                                "category", "preference", "import", "export"}) {
+                                "category", "calendar", "preference", "import", "export"}) {
         SCOPED_TRACE(command);
         EXPECT_THAT(overview, HasSubstr(command));
         EXPECT_EQ(run({command, "--help"}), 0);
