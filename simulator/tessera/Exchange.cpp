@@ -42,7 +42,8 @@ Exchange compare(const std::vector<KnownItem>& known, const std::string& dbid,
         const std::size_t index = found->second;
         if (listed[index]) continue;
         listed[index] = true;
-        if (!documents[index].takesPart) continue;
+        // What the handheld has changed may have come from outside into the window.
+        if (!documents[index].takesPart && !item.modified) continue;
         const bool changedInNotes = !isCurrent(item.sequence, documents[index].sequence);
         toReceive[index] = changedInNotes && !item.modified;
         if (item.modified) exchange.modified.emplace(item.name.unid, item.sequence);

@@ -69,6 +69,15 @@ TEST(Exchange, CopiesTheLosersOfConflictsAlone) {
     EXPECT_THAT(compare(known, "db", documents, both).copied, IsEmpty());
 }
 
+TEST(Exchange, LeavesWhatTakesNoPartButWhatTheHandheldChanged) {
+    const std::vector<DocumentVersion> documents{{"a", 2, false}, {"b", 1, false}, {"c", 1, false}};
+    const Exchange exchange =
+        compare({{{"db", "a"}, 1, false}, {{"db", "b"}, 1, true}}, "db", documents, handheld);
+    EXPECT_THAT(exchange.toReceive, IsEmpty());
+    EXPECT_THAT(exchange.deleted, IsEmpty());
+    EXPECT_THAT(exchange.wanted, ElementsAre(ItemName{"db", "b"}));
+}
+
 TEST(Exchange, GivesWhatTheHandheldDoesNotKnowInTheOrderOfTheDocuments) {
     const Exchange exchange = compare({{{"db", "b"}, 1, false}, {{"db", "c"}, 1, false}}, "db",
                                       {{"d", 1}, {"c", 2}, {"b", 1}, {"a", 5}}, handheld);
