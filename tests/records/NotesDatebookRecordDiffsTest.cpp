@@ -173,6 +173,17 @@ TEST(NotesDatebookRecordDiffs, RefuseDatesThatNotesCannotSay) {
     differences.addException(odd);
     EXPECT_EQ(test::textRaisedBy([&] { itemOf(differences); }),
               "Cannot convert to minutes; 1014208201 seconds is not an exact number of minutes.");
+
+    const char lostSign[] = "Cannot perform conversion; integer value would have lost it's sign.";
+    const char truncated[] = "Cannot perform conversion; integer value would have been truncated.";
+    for (const auto& [minutes, text] :
+         {std::pair(std::int64_t{-1}, lostSign), std::pair(std::int64_t{2147483648}, truncated)}) {
+        DatebookExceptionDiff endless = lunch(13);
+        endless.duration = TimeInterval::fromMinutes(minutes);
+        NotesDatebookRecordDiffs odder;
+        odder.addException(endless);
+        EXPECT_EQ(test::textRaisedBy([&] { itemOf(odder); }), text);
+    }
 }
 
 } // namespace
