@@ -270,6 +270,21 @@ TEST(DatebookMeeting, AnExceptionChangesWhatItTells) {
     EXPECT_EQ(group.at(0).exceptions(), Dates{may(17)}); // the pattern's day, not the further ones
 }
 
+TEST(DatebookMeeting, AnExceptionSpreadsFromWhereItIsNow) {
+    NotesDatebookRecord meeting = weekly(lunch());
+    DatebookException fair = exception(may(24), may(17), TimeOfDay());
+    fair.setSubject("Fair");
+    fair.setAllDay(true);
+    fair.setDuration(TimeInterval::fromDays(3));
+    meeting.exceptions = {fair, exception(may(10), may(18), TimeOfDay(9, 0, 0))};
+    const Group group(meeting);
+    EXPECT_EQ(group.tags(), (Tags{0, tenth + 7, tenth + 8, tenth + 9}));
+    EXPECT_EQ(group.at(tenth + 7).duration().minutes(), 4320);
+    EXPECT_EQ(group.at(tenth + 8).description(), "Lunch"); // the later one has the day
+    EXPECT_EQ(group.at(tenth + 9).description(), "Fair");
+    EXPECT_EQ(group.at(0).exceptions(), (Dates{may(10), may(24)}));
+}
+
 TEST(DatebookMeeting, AnExceptionReplacesAFurtherDay) {
     NotesDatebookRecord meeting = weekly(allDay(2880));
     meeting.instances = {may(10)};
