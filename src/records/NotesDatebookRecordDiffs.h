@@ -19,9 +19,8 @@ namespace tsr {
 //   "DeletionCount"               instances that were deleted, 0 too
 //   "Deletion.%d.OriginalDate"    from 0: the day of one, minutes since 1601, UTC
 //   "ExceptionCount"              instances that were changed, 0 too; once, and once more for each of them
-//   "Exception.%d.PatternDate"    from 0, and so unlike those of a meeting that arrives: the day of the
-//   pattern,
-//                                 minutes since 1601, UTC
+//   "Exception.%d.PatternDate"    from 0, where those of a meeting that arrives begin with 1: the day of the
+//                                 pattern, minutes since 1601, UTC
 //   "Exception.%d.Subject", ".Body", ".AllDay" ("1" or "0")
 //   "Exception.%d.Date"           where it is now: minutes since 1601, a moment
 //   "Exception.%d.Duration"       minutes; "1" for one of whole days
@@ -31,10 +30,8 @@ public:
 
     void setKill() { kill_ = true; }
     void addDeletion(const Date& date) { deletions_.insert(date); }
-    void addException(const DatebookExceptionDiff& exception) {
-        exceptions_.insert(exception);
-    } // the first of a
-      // day stays
+    // The first of a day stays.
+    void addException(const DatebookExceptionDiff& exception) { exceptions_.insert(exception); }
 
     // Raises BeforeUtcStart, NotWholeMinutes, IntegerTruncated, IntegerSignLost.
     void addTo(NotesItem& item, const TimeZone& timeZone) const override;

@@ -1,5 +1,7 @@
 #include "records/datebookMeeting.h"
 
+#include <algorithm>
+
 #include "foundation/GeneralError.h"
 #include "foundation/epochs.h"
 #include "foundation/signals.h"
@@ -8,34 +10,45 @@ namespace tsr {
 
 namespace {
 
-// Puts the further days of all-day events into a group. Days that overlap are counted each time, so that a
-// meeting of endless events that all overlap is refused too, and not worked off day by day.
+// Puts the further days of all-day events into a group, and stops where there are more than a database holds
+// records: a few bytes of a meeting can ask for millions.
 class DaySpreader {
 public:
     explicit DaySpreader(PalmRecordGroup& group) : group_(group) {}
 
-    // A record of one day for each day behind `start`. `record` keeps its whole duration.
-    void spread(const PalmDatebookRecord& record, const Date& start) {
-        const std::uint64_t days = daysOf(record);
-        if (days < 2) return;
-        furtherDays_ += days - 1;
-        if (furtherDays_ >= mostMeetingDays) throw GeneralError(Message::IntegerTruncated);
-        Date date = start;
-        for (std::uint64_t day = 2; day <= days; ++day) {
-            date += oneDay_;
-            addDay(record, date);
-        }
+    // A record of one day for each day behind `start`, but none before `from`; returns the day that follows
+    // them all. `record` keeps its whole duration.
+    Date spread(const PalmDatebookRecord& record, const Date& start, const Date& from) {
+        const std::int64_t days = daysOf(record);
+        if (days < 2) return from;
+        const Date end = start + TimeInterval::fromMinutes(days * minutesPerDay);
+        for (Date date = std::max(start + oneDay_, from); date < end; date += oneDay_) addDay(record, date);
+        return end;
+    }
+
+    void spread(const PalmDatebookRecord& record, const Date& start) { spread(record, start, start); }
+
+    // The instances of one event, in the order of their days. What overlaps is the same record and is made
+    // but once, so that the work is that of the days, whatever the number of instances.
+    void spreadEach(const PalmDatebookRecord& record, const std::set<Date>& starts) {
+        if (starts.empty()) return;
+        Date from = *starts.begin();
+        for (const Date& start : starts) from = spread(record, start, from);
     }
 
     bool addedDays() const { return furtherDays_ != 0; }
 
 private:
-    static std::uint64_t daysOf(const PalmDatebookRecord& record) {
+    static constexpr std::int64_t minutesPerDay = 1440;
+
+    // Durations come from 32 bits of minutes.
+    static std::int64_t daysOf(const PalmDatebookRecord& record) {
         if (!record.allDay()) return 0;
-        return (static_cast<std::uint64_t>(record.duration().minutes()) + 1439) / 1440;
+        return (record.duration().minutes() + minutesPerDay - 1) / minutesPerDay;
     }
 
     void addDay(const PalmDatebookRecord& record, const Date& date) {
+        if (++furtherDays_ >= mostMeetingDays) throw GeneralError(Message::IntegerTruncated);
         PalmDatebookRecord day = record;
         day.setDate(date);
         day.setDuration(oneDay_);
@@ -44,7 +57,7 @@ private:
 
     PalmRecordGroup& group_;
     const TimeInterval oneDay_ = TimeInterval::fromDays(1);
-    std::uint64_t furtherDays_ = 0;
+    std::size_t furtherDays_ = 0;
 };
 
 PalmDatebookRecord changedInstance(const PalmDatebookRecord& meeting, const DatebookException& exception) {
@@ -66,7 +79,7 @@ void addOnce(PalmRecordGroup& group, const PalmDatebookRecord& master, DaySpread
 void addRepeating(PalmRecordGroup& group, const NotesDatebookRecord& meeting, const PalmDatebookRecord& plain,
                   DaySpreader& spreader) {
     if (!meeting.repeat->fitsDevice()) throw GeneralError(Message::NotImplemented);
-    for (const Date& date : meeting.instances) spreader.spread(plain, date);
+    spreader.spreadEach(plain, meeting.instances);
 
     PalmDatebookRecord master = plain;
     master.setRepeat(*meeting.repeat);

@@ -9,8 +9,8 @@ namespace tsr {
 // Between a meeting of Notes and the records that stand for it on the device: the master under tag 0, and one
 // record under the tag of its day for each changed instance and for each further day of an all-day event.
 
-// The most days that one meeting may be spread over, those of all its instances together: as many as a
-// database holds records.
+// The most days that one meeting may be spread over: as many as a database holds records. A day of several
+// instances counts once, one that a changed instance has too counts again.
 inline constexpr std::size_t mostMeetingDays = 65535;
 
 // The tag of a record that is not the master. Raises IntegerSignLost before 1970.

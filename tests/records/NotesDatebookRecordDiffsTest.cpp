@@ -8,9 +8,12 @@
 #include "records/PalmDummyRecord.h"
 #include "records/PalmMemoRecord.h"
 #include "support/errors.h"
+#include "support/meetingZones.h"
 
 namespace tsr {
 namespace {
+
+using test::minutesSince1601;
 
 // Days from 1970-01-01, and minutes from 1601 to their midnights.
 constexpr std::uint32_t feb13 = 11731;       // of 2002
@@ -146,6 +149,42 @@ TEST(NotesDatebookRecordDiffs, UseTheZoneForTheNewDateAlone) {
     EXPECT_EQ(item.at("Exception.0.Date"), std::vector<std::string>{"210978330"}); // 17:30 UTC
 }
 
+// Moments of an instance on clocks that change: the later half of a doubled hour cannot be told, and a
+// reading that a clock never shows counts as daylight time.
+TEST(NotesDatebookRecordDiffs, TellTheNewDateOnTheClockOfItsZone) {
+    const struct {
+        TimeZone zone;
+        DateTime reading;
+        std::string moment;
+    } rows[] = {
+        {test::twoHoursEast(), DateTime(2002, 5, 10, 1, 0, 0), minutesSince1601(2002, 5, 9, 23)},
+        {test::halfPastFiveEast(), DateTime(2002, 5, 10, 0, 0, 0), minutesSince1601(2002, 5, 9, 18, 30)},
+        {test::halfPastThreeWest(), DateTime(2002, 5, 9, 23, 59, 0), minutesSince1601(2002, 5, 10, 3, 29)},
+        {test::northEast(), DateTime(2002, 7, 15, 14, 0, 0), minutesSince1601(2002, 7, 15, 12)},
+        {test::northEast(), DateTime(2002, 3, 31, 2, 30, 0), minutesSince1601(2002, 3, 31, 0, 30)},
+        {test::northEast(), DateTime(2002, 10, 27, 2, 30, 0), minutesSince1601(2002, 10, 27, 0, 30)},
+        {test::northWest(), DateTime(2002, 4, 7, 2, 30, 0), minutesSince1601(2002, 4, 7, 6, 30)},
+        {test::northWest(), DateTime(2002, 10, 27, 1, 30, 0), minutesSince1601(2002, 10, 27, 5, 30)},
+        {test::southEast(), DateTime(2002, 10, 27, 2, 30, 0), minutesSince1601(2002, 10, 26, 15, 30)},
+        {test::southEast(), DateTime(2002, 3, 31, 2, 30, 0), minutesSince1601(2002, 3, 30, 15, 30)},
+        {test::southWest(), DateTime(2002, 10, 20, 0, 30, 0), minutesSince1601(2002, 10, 20, 2, 30)},
+        {test::southWest(), DateTime(2002, 2, 16, 23, 30, 0), minutesSince1601(2002, 2, 17, 1, 30)},
+        {test::halfHourSouth(), DateTime(2002, 10, 27, 2, 15, 0), minutesSince1601(2002, 10, 26, 15, 15)},
+        {test::halfHourSouth(), DateTime(2002, 3, 31, 1, 45, 0), minutesSince1601(2002, 3, 30, 14, 45)},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(std::to_string(row.zone.offset()) + ": " + row.moment);
+        DatebookExceptionDiff moved = lunch(13);
+        moved.date = row.reading.date();
+        moved.time = row.reading.timeOfDay();
+        NotesDatebookRecordDiffs differences;
+        differences.addException(moved);
+        const NotesItem item = itemOf(differences, row.zone);
+        EXPECT_EQ(item.at("Exception.0.Date"), std::vector<std::string>{row.moment});
+        EXPECT_EQ(item.at("Exception.0.PatternDate"), std::vector<std::string>{feb13Minutes});
+    }
+}
+
 TEST(NotesDatebookRecordDiffs, CountDaysFrom1970) {
     PalmRecordGroup group;
     group.set(11574, nullptr); // 2001-09-09
@@ -173,6 +212,17 @@ TEST(NotesDatebookRecordDiffs, RefuseDatesThatNotesCannotSay) {
     differences.addException(odd);
     EXPECT_EQ(test::textRaisedBy([&] { itemOf(differences); }),
               "Cannot convert to minutes; 1014208201 seconds is not an exact number of minutes.");
+
+    const char lostSign[] = "Cannot perform conversion; integer value would have lost it's sign.";
+    const char truncated[] = "Cannot perform conversion; integer value would have been truncated.";
+    for (const auto& [minutes, text] :
+         {std::pair(std::int64_t{-1}, lostSign), std::pair(std::int64_t{2147483648}, truncated)}) {
+        DatebookExceptionDiff endless = lunch(13);
+        endless.duration = TimeInterval::fromMinutes(minutes);
+        NotesDatebookRecordDiffs odder;
+        odder.addException(endless);
+        EXPECT_EQ(test::textRaisedBy([&] { itemOf(odder); }), text);
+    }
 }
 
 } // namespace

@@ -481,9 +481,14 @@ TEST(PalmDatebookRecord, AYearPastTheDevicesLosesItsTopBits) {
 }
 
 TEST(PalmDatebookRecord, ACopyHasEverythingAndSharesTheRule) {
-    const PalmDatebookRecord record = parsed(full, 0x10);
+    PalmRecordBuffer buffer;
+    fill(buffer, full);
+    buffer.setAttributes(0x10);
+    const PalmDatebookRecord record(buffer, true);
     PalmDatebookRecord copy = record;
-    EXPECT_EQ(copy.crc(), record.crc());
+    EXPECT_EQ(copy.crc(), 0xAE89u);
+    EXPECT_TRUE(copy.archived());
+    EXPECT_TRUE(copy.isPrivate()); // which no byte tells
     EXPECT_EQ(&copy.repeat(), &record.repeat());
     EXPECT_EQ(&copy.note(), &record.note());
     EXPECT_EQ(written(copy), written(record));

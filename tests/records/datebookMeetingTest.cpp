@@ -170,9 +170,12 @@ TEST(DatebookMeeting, RefusesInstancesThatMakeTooManyDaysTogether) {
     NotesDatebookRecord meeting = weekly(allDay(94370400 / 3)); // 21,845 days each
     meeting.instances = {may(10), may(11)};
     EXPECT_EQ(Group(meeting).records.size(), 21846u); // they overlap
-    meeting.instances.insert(may(12));
-    EXPECT_EQ(Group(meeting).records.size(), 21847u);
-    meeting.instances.insert(may(13));
+    for (std::uint32_t day = 12; day <= 31; ++day) meeting.instances.insert(may(day));
+    EXPECT_EQ(Group(meeting).records.size(), 21866u); // 22 of them still do
+    EXPECT_TRUE(Group(meeting).spread);
+    meeting.instances = {Date(2002, 1, 1), Date(2062, 1, 1), Date(2122, 1, 1)}; // 21,915 days apart
+    EXPECT_EQ(Group(meeting).records.size(), 65533u);                           // three times 21,844, and one
+    meeting.instances.insert(Date(2182, 1, 1));
     EXPECT_EQ(textRaisedBy([&] { Group{meeting}; }), tooLong);
 
     meeting.instances = {may(10)};
@@ -207,6 +210,16 @@ TEST(DatebookMeeting, EveryInstanceOfAnAllDayMeetingSpreads) {
     EXPECT_EQ(group.at(tenth + 8).date(), may(18));
     EXPECT_FALSE(group.at(tenth + 8).repeat().repeats());
     EXPECT_TRUE(group.at(tenth + 8).exceptions().empty());
+}
+
+TEST(DatebookMeeting, InstancesThatOverlapShareTheirDays) {
+    NotesDatebookRecord meeting = weekly(allDay(4320));
+    meeting.instances = {may(10), may(11), may(15)}; // 10 to 12, 11 to 13, 15 to 17
+    const Group group(meeting);
+    EXPECT_EQ(group.tags(), (Tags{0, tenth + 1, tenth + 2, tenth + 3, tenth + 6, tenth + 7}));
+    EXPECT_EQ(group.at(tenth + 1).date(), may(11)); // also the first day of the second
+    EXPECT_EQ(group.at(tenth + 3).date(), may(13));
+    EXPECT_EQ(group.at(tenth + 6).date(), may(16));
 }
 
 TEST(DatebookMeeting, WithoutInstancesAMasterDoesNotSpread) {
@@ -255,6 +268,21 @@ TEST(DatebookMeeting, AnExceptionChangesWhatItTells) {
     EXPECT_EQ(group.at(tenth + 8).duration().minutes(), 1440);
     EXPECT_EQ(group.at(0).description(), "Lunch");
     EXPECT_EQ(group.at(0).exceptions(), Dates{may(17)}); // the pattern's day, not the further ones
+}
+
+TEST(DatebookMeeting, AnExceptionSpreadsFromWhereItIsNow) {
+    NotesDatebookRecord meeting = weekly(lunch());
+    DatebookException fair = exception(may(24), may(17), TimeOfDay());
+    fair.setSubject("Fair");
+    fair.setAllDay(true);
+    fair.setDuration(TimeInterval::fromDays(3));
+    meeting.exceptions = {fair, exception(may(10), may(18), TimeOfDay(9, 0, 0))};
+    const Group group(meeting);
+    EXPECT_EQ(group.tags(), (Tags{0, tenth + 7, tenth + 8, tenth + 9}));
+    EXPECT_EQ(group.at(tenth + 7).duration().minutes(), 4320);
+    EXPECT_EQ(group.at(tenth + 8).description(), "Lunch"); // the later one has the day
+    EXPECT_EQ(group.at(tenth + 9).description(), "Fair");
+    EXPECT_EQ(group.at(0).exceptions(), (Dates{may(10), may(24)}));
 }
 
 TEST(DatebookMeeting, AnExceptionReplacesAFurtherDay) {
