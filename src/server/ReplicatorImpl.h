@@ -110,8 +110,8 @@ public:
     static ItemVersion sendMailItem(ServerConnection& connection, const std::string& mailDbidText,
                                     const std::string& className, const ItemId& id, const NotesItem& item);
 
-    // Sends mail to its addressees. `options` are seven characters, `unidText` the item that it answers, zeros
-    // for none. What the server answers says nothing.
+    // Sends mail to its addressees. `options` are seven characters, `unidText` the item that it answers,
+    // zeros for none. What the server answers says nothing.
     static void sendOutgoingMail(ServerConnection& connection, const std::string& mailDbidText,
                                  const std::string& options, const std::string& unidText,
                                  const NotesItem& item);
