@@ -35,9 +35,8 @@ struct EventFile {
 //   SUMMARY, DESCRIPTION, CLASS         as of tasks
 //   DTSTART, DTEND, DURATION            a date for whole days
 //   VALARM                              the first that comes before the start
-//   RRULE                               a rule that a RepeatRule says and that a handheld can hold. Whether
-//   it
-//                                       says the same is tried on its first days; COUNT becomes a last day
+//   RRULE                               a rule that a RepeatRule says and that a handheld can hold, as its
+//                                       first days show; COUNT becomes a last day
 //   EXDATE, RECURRENCE-ID               the deletions and the exceptions of the event of that UID
 EventFile readEvents(const std::string& text, const CalendarClock& clock);
 

@@ -11,9 +11,8 @@ namespace tsr {
 //   LastName, FirstName, Company, Address, City, State, Zip, Country, Custom1 to Custom4, Body (the note)
 //   Title          one value a line
 //   Work, Home, Fax, Other, Email, Main, Pager, Mobile   one value a number
-//   PalmListed     letters of the kinds of numbers that the handheld has: WHFOEmPM in the order above;
-//   missing
-//                  until it has sent the contact
+//   PalmListed     letters of the kinds of numbers that the handheld has: WHFOEmPM in the order above; not
+//                  there until it has sent the contact
 //   PalmPreferred  the letter of the number that it shows
 //   Category       the names of its categories
 inline constexpr char contactKind[] = "contact";
