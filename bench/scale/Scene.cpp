@@ -91,7 +91,9 @@ void Scene::hotSync() {
 void Scene::requireSettled() {
     const std::size_t onHandheld = handheld_.find(application_.database)->records().size();
     const std::size_t inNotes = store_.versions(databaseId_, documentKind_).size();
-    if (onHandheld != items_ || inNotes != items_) throw std::runtime_error("items were lost or doubled");
+    if (onHandheld == items_ && inNotes == items_) return;
+    throw std::runtime_error("of " + std::to_string(items_) + " items the handheld has "
+                             + std::to_string(onHandheld) + " and Notes " + std::to_string(inNotes));
 }
 
 bool Scene::hasSameRecords(const Scene& other) const {

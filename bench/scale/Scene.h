@@ -19,6 +19,8 @@ class Scene {
 public:
     enum class Place { Handheld, Notes };
 
+    static constexpr std::int64_t noon = 1012998896; // on 2002-02-06, the clock of all
+
     virtual ~Scene();
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;
@@ -38,8 +40,6 @@ protected:
     void fill(Place place); // as the last step of a constructor
     virtual void addToHandheld(HandheldDatabase& database, std::size_t number) = 0;
     virtual Properties document(std::size_t number) = 0;
-
-    static constexpr std::int64_t noon = 1012998896; // on 2002-02-06, the clock of all
 
 private:
     void configure();

@@ -28,8 +28,7 @@ ItemVersion DatebookReplicator::sendItem(const std::string&, const std::string& 
     return sendDateBookItem(server(), token, itemId, start, windowEnd(), item);
 }
 
-std::string DatebookReplicator::sendReplicationInfo(const std::string&,
-                                                    const std::vector<std::string>& entries) {
+std::string DatebookReplicator::sendReplicationInfo(const std::string&, const StringRun& entries) {
     const std::string start = windowStart();
     return ReplicatorImpl::sendReplicationInfo(server(), account(), dateBookCommands.sendReplicationInfo,
                                                start, windowEnd(), entries);

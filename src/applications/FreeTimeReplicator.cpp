@@ -89,7 +89,7 @@ void FreeTimeReplicator::sendDeletionList(const std::vector<ItemId>&, std::vecto
     throw unreachable(__LINE__);
 }
 
-std::string FreeTimeReplicator::sendReplicationInfo(const std::string&, const std::vector<std::string>&) {
+std::string FreeTimeReplicator::sendReplicationInfo(const std::string&, const StringRun&) {
     throw unreachable(__LINE__);
 }
 

@@ -35,8 +35,7 @@ protected:
     ItemVersion sendItem(const std::string& className, const std::string& token, const ItemId& itemId,
                          const NotesApplicationRecord& record) override;
     void sendDeletionList(const std::vector<ItemId>& items, std::vector<ItemId>& deleted) override;
-    std::string sendReplicationInfo(const std::string& className,
-                                    const std::vector<std::string>& entries) override;
+    std::string sendReplicationInfo(const std::string& className, const StringRun& entries) override;
     std::vector<std::string> classNames() override { return {}; }
     CountedPtr<NotesApplicationRecord> makeNotesRecord(const NotesItem& item) override;
     Record makePalmRecord(PalmRecordBuffer& buffer, bool archived) override;

@@ -33,7 +33,7 @@ void ItemReplicator::sendDeletionList(const std::vector<ItemId>& items, std::vec
     ReplicatorImpl::sendDeletions(server(), commands_.sendDeletions, false, items, deleted);
 }
 
-std::string ItemReplicator::sendReplicationInfo(const std::string&, const std::vector<std::string>& entries) {
+std::string ItemReplicator::sendReplicationInfo(const std::string&, const StringRun& entries) {
     return ReplicatorImpl::sendReplicationInfo(server(), account(), commands_.sendReplicationInfo,
                                                std::string(), std::string(), entries);
 }

@@ -29,7 +29,7 @@ protected:
                                 const NotesApplicationRecord& record, std::string& newUnid) override;
     void sendDeletionList(const std::vector<ItemId>& items, std::vector<ItemId>& deleted) override;
     std::string sendReplicationInfo(const std::string& className,
-                                    const std::vector<std::string>& entries) override; // without a window
+                                    const StringRun& entries) override; // without a window
     std::vector<std::string> classNames() override { return {className_}; }
 
 private:

@@ -16,6 +16,10 @@ namespace tsr {
 
 namespace {
 
+// Of what tells the server about a message: its identity, two numbers and its user data, each with its
+// terminator.
+constexpr std::size_t entryBytes = 33 + 6 + 7 + 2;
+
 constexpr std::uint16_t mailPreferences = 1; // by their numbers
 constexpr std::uint16_t signaturePreference = 3;
 constexpr int isOutgoing = 1;
@@ -83,8 +87,7 @@ void MailReplicator::sendDeletionList(const std::vector<ItemId>& items, std::vec
     sendMailDeletions(server(), mailCommands.sendDeletions, mailDatabase_, items, deleted);
 }
 
-std::string MailReplicator::sendReplicationInfo(const std::string& className,
-                                                const std::vector<std::string>& entries) {
+std::string MailReplicator::sendReplicationInfo(const std::string& className, const StringRun& entries) {
     const std::string formula = preferences_.selectionFormula();
     ClientRequest request;
     request.setCode(mailCommands.sendReplicationInfo);
@@ -123,18 +126,18 @@ Replicator::Record MailReplicator::makePalmRecord(PalmRecordBuffer& buffer, bool
     return makeCounted<PalmMailRecord>(buffer, archived);
 }
 
-void MailReplicator::collectReplicationEntries(const std::string& className, std::vector<std::string>& out) {
+void MailReplicator::collectReplicationEntries(const std::string& className, StringRun& out) {
     std::uint8_t category = 0;
     categoryOfClass(className, category);
     std::vector<ReplicationInfo> items;
     state().collectReplicationInfo(category, items);
     std::size_t modified = 0;
-    out.reserve(out.size() + 4 * items.size());
+    out.reserve(entryBytes * items.size());
     for (const ReplicationInfo& item : items) {
-        out.push_back(item.version.id().unidText());
-        out.push_back(toDecimal(item.version.sequenceNumber()));
-        out.push_back(stateText(item));
-        out.push_back(toDecimal(item.userData));
+        out.add(item.version.id().unidText());
+        out.add(toDecimal(item.version.sequenceNumber()));
+        out.add(stateText(item));
+        out.add(toDecimal(item.userData));
         if (item.modified) ++modified;
     }
     logReplicationEntries(modified, items.size());

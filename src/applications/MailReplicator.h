@@ -33,15 +33,14 @@ protected:
     ItemVersion sendItem(const std::string& className, const std::string& token, const ItemId& itemId,
                          const NotesApplicationRecord& record) override;
     void sendDeletionList(const std::vector<ItemId>& items, std::vector<ItemId>& deleted) override;
-    std::string sendReplicationInfo(const std::string& className,
-                                    const std::vector<std::string>& entries) override;
+    std::string sendReplicationInfo(const std::string& className, const StringRun& entries) override;
     bool categoryOfClass(const std::string& className, std::uint8_t& category) override;
     std::vector<std::string> classNames() override;
     CountedPtr<NotesApplicationRecord> makeNotesRecord(const NotesItem& item) override;
     Record makePalmRecord(PalmRecordBuffer& buffer, bool archived) override;
     // Four strings each: Unid text, sequence number, that number plus one for a message that was changed and
     // "0" for one that was read or marked as unread, and "1" for one that is unread.
-    void collectReplicationEntries(const std::string& className, std::vector<std::string>& out) override;
+    void collectReplicationEntries(const std::string& className, StringRun& out) override;
     void preReplicate() override;
     void readApplicationPreferences() override;
 

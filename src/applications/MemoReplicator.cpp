@@ -31,7 +31,7 @@ ItemVersion MemoReplicator::sendItem(const std::string&, const std::string& toke
     return sendMemoItem(server(), token, itemId, itemOf(record));
 }
 
-std::string MemoReplicator::sendReplicationInfo(const std::string&, const std::vector<std::string>& entries) {
+std::string MemoReplicator::sendReplicationInfo(const std::string&, const StringRun& entries) {
     return ReplicatorImpl::sendReplicationInfo(server(), account(), memoCommands.sendReplicationInfo,
                                                entries);
 }

@@ -20,8 +20,7 @@ protected:
                                                       int reserved) override;
     ItemVersion sendItem(const std::string& className, const std::string& token, const ItemId& itemId,
                          const NotesApplicationRecord& record) override;
-    std::string sendReplicationInfo(const std::string& className,
-                                    const std::vector<std::string>& entries) override;
+    std::string sendReplicationInfo(const std::string& className, const StringRun& entries) override;
     CountedPtr<PalmRecordBuffer> appInfoToWrite() override { return categories_.appInfoToWrite(); }
     CountedPtr<NotesApplicationRecord> makeNotesRecord(const NotesItem& item) override;
     Record makePalmRecord(PalmRecordBuffer& buffer, bool archived) override;

@@ -65,15 +65,14 @@ protected:
     virtual ItemVersion sendItem(const std::string& className, const std::string& token, const ItemId& itemId,
                                  const NotesApplicationRecord& record) = 0;
     virtual void sendDeletionList(const std::vector<ItemId>& items, std::vector<ItemId>& deleted) = 0;
-    virtual std::string sendReplicationInfo(const std::string& className,
-                                            const std::vector<std::string>& entries) = 0;
+    virtual std::string sendReplicationInfo(const std::string& className, const StringRun& entries) = 0;
 
     virtual bool categoryOfClass(const std::string& className, std::uint8_t& category); // false: it has none
     virtual CountedPtr<PalmRecordBuffer> appInfoToWrite(); // null: nothing to write
     virtual std::vector<std::string> classNames() = 0;     // empty: the application replicates no records
     virtual CountedPtr<NotesApplicationRecord> makeNotesRecord(const NotesItem& item) = 0;
     virtual Record makePalmRecord(PalmRecordBuffer& buffer, bool archived) = 0;
-    virtual void collectReplicationEntries(const std::string& className, std::vector<std::string>& out);
+    virtual void collectReplicationEntries(const std::string& className, StringRun& out);
     virtual void preReplicate() {}
     virtual void readApplicationPreferences() {}
     virtual bool isConfigured() { return true; }

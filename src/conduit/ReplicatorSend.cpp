@@ -15,6 +15,9 @@ namespace tsr {
 
 namespace {
 
+// Of what tells the server about an item: two identities and two numbers, each with its terminator.
+constexpr std::size_t entryBytes = 17 + 33 + 6 + 7;
+
 constexpr char source[] = "Replicator";
 constexpr std::uint32_t copyFunction = 6;
 constexpr std::uint32_t copyComplete = 17;
@@ -102,19 +105,19 @@ Replicator::Record Replicator::readApplicationRecord(std::uint32_t uid) {
     return readRecord(buffer, uid, buffer.isArchived());
 }
 
-void Replicator::collectReplicationEntries(const std::string& className, std::vector<std::string>& out) {
+void Replicator::collectReplicationEntries(const std::string& className, StringRun& out) {
     std::uint8_t category = 0;
     const bool hasCategory = categoryOfClass(className, category);
     std::vector<ReplicationInfo> items;
     state().collectReplicationInfo(hasCategory ? std::optional<std::uint8_t>(category) : std::nullopt, items);
     std::size_t modified = 0;
-    out.reserve(out.size() + 4 * items.size());
+    out.reserve(entryBytes * items.size());
     for (const ReplicationInfo& item : items) {
         const std::uint32_t number = item.version.sequenceNumber();
-        out.push_back(item.version.id().dbidText());
-        out.push_back(item.version.id().unidText());
-        out.push_back(toDecimal(number));
-        out.push_back(toDecimal(item.modified ? number + 1 : number));
+        out.add(item.version.id().dbidText());
+        out.add(item.version.id().unidText());
+        out.add(toDecimal(number));
+        out.add(toDecimal(item.modified ? number + 1 : number));
         if (item.modified) ++modified;
     }
     logReplicationEntries(modified, items.size());
@@ -126,7 +129,7 @@ void Replicator::logReplicationEntries(std::size_t modified, std::size_t all) {
 }
 
 std::string Replicator::sendReplicationEntries(const std::string& className) {
-    std::vector<std::string> entries;
+    StringRun entries;
     collectReplicationEntries(className, entries);
     return sendReplicationInfo(className, entries);
 }

@@ -25,10 +25,12 @@ void ClientRequest::addString(const std::string& text) {
 }
 
 void ClientRequest::addStrings(const std::vector<std::string>& texts) {
-    std::size_t units = 0;
-    for (const std::string& text : texts) units += text.size() + 1;
-    body_.reserve(body_.size() + unitBytes * units);
     for (const std::string& text : texts) addString(text);
+}
+
+void ClientRequest::addStrings(const StringRun& texts) { // of a large database many megabytes
+    body_.reserve(body_.size() + unitBytes * texts.bytes().size());
+    appendWide(body_, texts.bytes().data(), texts.bytes().size());
 }
 
 void ClientRequest::send(IStreamSocket& socket) const {

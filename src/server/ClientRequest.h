@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "server/IStreamSocket.h"
+#include "server/StringRun.h"
 #include "server/wireText.h"
 
 namespace tsr {
@@ -22,7 +23,8 @@ public:
 
     // Appends one string to the body. The text ends at its first NUL, which would end it for the server too.
     void addString(const std::string& text);
-    void addStrings(const std::vector<std::string>& texts); // finds memory for all of them at once
+    void addStrings(const std::vector<std::string>& texts);
+    void addStrings(const StringRun& texts);
 
     // Two writes, the header and the body, the second one also for a body of no bytes.
     void send(IStreamSocket& socket) const;

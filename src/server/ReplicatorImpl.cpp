@@ -30,9 +30,8 @@ void readUnids(ClientResponse& response, const std::string& dbidText, std::vecto
     while (!response.atEnd()) ids.emplace_back(dbidText, response.readString());
 }
 
-// The entries of a large database are many megabytes: they go into the request as they are.
 std::string fetchToken(ServerConnection& connection, std::uint32_t code,
-                       const std::vector<std::string>& strings, const std::vector<std::string>& entries) {
+                       const std::vector<std::string>& strings, const StringRun& entries) {
     ClientRequest request;
     request.setCode(code);
     request.addStrings(strings);
@@ -101,14 +100,13 @@ void ReplicatorImpl::sendMailDeletions(ServerConnection& connection, std::uint32
 
 std::string ReplicatorImpl::sendReplicationInfo(ServerConnection& connection, const ServerAccount& account,
                                                 std::uint32_t code, const std::string& first,
-                                                const std::string& second,
-                                                const std::vector<std::string>& entries) {
+                                                const std::string& second, const StringRun& entries) {
     return fetchToken(connection, code, {account.deviceTimeText, account.conflictRule, first, second},
                       entries);
 }
 
 std::string ReplicatorImpl::sendReplicationInfo(ServerConnection& connection, const ServerAccount& account,
-                                                std::uint32_t code, const std::vector<std::string>& entries) {
+                                                std::uint32_t code, const StringRun& entries) {
     return fetchToken(connection, code, {account.deviceTimeText, account.conflictRule}, entries);
 }
 

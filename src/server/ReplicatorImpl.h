@@ -55,12 +55,11 @@ public:
     // Book `first` and `second` are the window's start and end in decimal, for the others they are empty.
     static std::string sendReplicationInfo(ServerConnection& connection, const ServerAccount& account,
                                            std::uint32_t code, const std::string& first,
-                                           const std::string& second,
-                                           const std::vector<std::string>& entries);
+                                           const std::string& second, const StringRun& entries);
 
     // The Memo Pad's form: the body has no place for the two.
     static std::string sendReplicationInfo(ServerConnection& connection, const ServerAccount& account,
-                                           std::uint32_t code, const std::vector<std::string>& entries);
+                                           std::uint32_t code, const StringRun& entries);
 
     // Items, in replicatorItems.cpp. A property is one string of name, "=" and value: one for each value, by
     // ascending name, and in the order of the values within a name.

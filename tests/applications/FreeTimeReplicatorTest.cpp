@@ -511,7 +511,7 @@ TEST(FreeTimeReplicator, HasNoOperationsOnItems) {
         [&] { replicator.sendAnomalyItem("", {}, record, unid); },
         [&] { replicator.sendItem("", "", {}, record); },
         [&] { replicator.sendDeletionList({}, items); },
-        [&] { replicator.sendReplicationInfo("", {}); },
+        [&] { replicator.sendReplicationInfo("", StringRun()); },
         [&] { replicator.makeNotesRecord(item); },
         [&] { replicator.makePalmRecord(buffer, false); },
     };

@@ -12,6 +12,7 @@
 #include "foundation/signals.h"
 #include "records/PalmDummyRecord.h"
 #include "support/SessionTest.h"
+#include "support/stringsOf.h"
 #include "support/testClock.h"
 
 #include "gmock/gmock.h"
@@ -177,8 +178,8 @@ protected:
         if (!script_.keepsDeletions) deleted = items;
     }
     // "info 1:4 2:7+" for the item 1 at its version 4, and 2 at 7 and modified.
-    std::string sendReplicationInfo(const std::string& className,
-                                    const std::vector<std::string>& entries) override {
+    std::string sendReplicationInfo(const std::string& className, const StringRun& run) override {
+        const std::vector<std::string> entries = test::stringsOf(run);
         std::string event = "info";
         for (std::size_t i = 0; i < entries.size(); i += 4) {
             event += ' ' + itemNumber(ItemId(entries[i], entries[i + 1])) + ':' + entries[i + 2];

@@ -12,6 +12,7 @@
 #include "records/PalmDummyRecord.h"
 #include "support/SessionTest.h"
 #include "support/environment.h"
+#include "support/stringsOf.h"
 #include "support/testClock.h"
 
 #include "gmock/gmock.h"
@@ -120,9 +121,8 @@ protected:
         note("deletions");
         deleted = items;
     }
-    std::string sendReplicationInfo(const std::string& className,
-                                    const std::vector<std::string>& list) override {
-        information = list;
+    std::string sendReplicationInfo(const std::string& className, const StringRun& list) override {
+        information = test::stringsOf(list);
         note("info " + className);
         return "token of " + className;
     }

@@ -58,10 +58,25 @@ TEST(ClientRequest, AStringEndsAtItsFirstNul) {
 TEST(ClientRequest, StringsFollowWhatIsThereOneByOne) {
     ClientRequest request;
     request.addString("a");
-    request.addStrings({"b", "", std::string("c\0d", 3)});
-    request.addStrings({});
+    request.addStrings(std::vector<std::string>{"b", "", std::string("c\0d", 3)});
+    request.addStrings(std::vector<std::string>());
     request.addString("e");
     EXPECT_EQ(test::hexText(sent(request)[1]), "61 00 00 00 62 00 00 00 00 00 63 00 00 00 65 00 00 00");
+}
+
+TEST(ClientRequest, ARunOfStringsIsOnTheWireAsStringsOneByOne) {
+    StringRun run;
+    run.add("b");
+    run.add("");
+    run.add(std::string("c\0d", 3));
+    run.add("\xE9");
+    ClientRequest request;
+    request.addString("a");
+    request.addStrings(run);
+    request.addStrings(StringRun());
+    request.addString("e");
+    EXPECT_EQ(test::hexText(sent(request)[1]),
+              "61 00 00 00 62 00 00 00 00 00 63 00 00 00 E9 00 00 00 65 00 00 00");
 }
 
 TEST(ClientRequest, GoesOutTheSameTwice) {

@@ -161,7 +161,8 @@ TEST_F(ReplicatorImplTest, SendsDeletionsOfMail) {
 
 TEST_F(ReplicatorImplTest, SendsReplicationInfo) {
     const ServerAccount account{"host", "1352", "Ann", "secret", "287150000", "S"};
-    const Strings entries = {dbidText, unidA, "4", "5"};
+    StringRun entries;
+    for (const std::string& text : {dbidText, unidA, std::string("4"), std::string("5")}) entries.add(text);
     willAnswer({"the token"});
     EXPECT_EQ(ReplicatorImpl::sendReplicationInfo(connection, account, 80, "1", "2", entries), "the token");
     willAnswer({"another"});

@@ -226,7 +226,9 @@ std::int32_t SyncGetAPIVersion(std::uint32_t* major, std::uint32_t* minor) {
 }
 
 std::int32_t SyncYieldCycles(std::uint16_t milliseconds) {
-    return call("SyncYieldCycles", number(milliseconds));
+    const std::int32_t result = call("SyncYieldCycles", number(milliseconds));
+    if (script().yieldFault) script().yieldFault();
+    return result;
 }
 
 std::uint16_t SyncHHToHostWord(std::uint16_t value) {

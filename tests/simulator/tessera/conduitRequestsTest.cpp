@@ -52,9 +52,10 @@ TEST_F(ConduitRequestsTest, FindWhatIsToMove) {
     add("unknown");
     store.changeDocument(journal.id, conflict.unidText(), {});
     const ItemId gone(journal.dbid, std::string(32, 'f'));
-    std::vector<std::string> entries;
+    StringRun entries;
     for (const ItemId& id : {wanted, conflict, gone}) {
-        entries.insert(entries.end(), {id.dbidText(), id.unidText(), "1", "2"});
+        for (const std::string& text : {id.dbidText(), id.unidText(), std::string("1"), std::string("2")})
+            entries.add(text);
     }
     const std::string token =
         ReplicatorImpl::sendReplicationInfo(connection, account, memoCommands.sendReplicationInfo, entries);
