@@ -78,8 +78,9 @@ void printMemory() {
     std::printf("\n%-28s %10s %8s\n", "job", "memory", "bar");
     for (const MemoryLimit& limit : memoryLimits()) {
         const double bytes = memory()[limit.job];
-        std::printf("%-28s %8.0f B %6.0f B%s\n", limit.job.c_str(), bytes, limit.bar,
-                    bytes <= limit.bar ? "" : "  above the bar");
+        std::printf("%-28s %8.0f B", limit.job.c_str(), bytes);
+        if (limit.bar != 0) std::printf(" %6.0f B%s", limit.bar, bytes <= limit.bar ? "" : "  above the bar");
+        std::printf("\n");
     }
 }
 

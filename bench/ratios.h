@@ -22,7 +22,8 @@ bool requireRecords(const std::string& job, double bar);
 // goes on in this machine then meets all alike.
 void noteTime(const std::string& name, double nanoseconds);
 
-// Wants the memory that `job` takes for each item to stay below `bar` bytes. A note is the most of all runs.
+// Wants the memory that `job` takes for each item to stay below `bar` bytes, if there is one. A note is the
+// most of all runs.
 void limitMemory(const std::string& job, double bar);
 void noteMemory(const std::string& name, double bytes);
 

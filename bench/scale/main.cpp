@@ -1,4 +1,4 @@
-// How the cost of a replication of memos and of meetings grows with their number: each item of many should
+// How the cost of a replication of memos, meetings and mail grows with their number: each item of many should
 // cost what one of few does, in time and in memory, and the conduit little beside the device and the server.
 
 #include <chrono>
@@ -12,6 +12,7 @@
 
 #include "bench/ratios.h"
 #include "bench/scale/HeapCount.h"
+#include "bench/scale/MailScene.h"
 #include "bench/scale/MeetingScene.h"
 #include "bench/scale/MemoScene.h"
 #include "bench/scale/Recording.h"
@@ -30,10 +31,11 @@ using Sizes = std::vector<Size>;
 
 const Sizes memoSizes{{1000, 10}, {10000, 1}, {50000, 1}};
 const Sizes meetingSizes{{1000, 10}, {5000, 2}};
+const Sizes mailSizes{{1000, 10}, {10000, 2}};
 constexpr int rounds = 3;
 constexpr double growthBar = 1.3;
 constexpr double replayBar = 1.2;
-constexpr double memoryBar = 1024; // bytes an item
+constexpr double memoryBar = 1024; // bytes an item; other items are not as small as memos
 
 std::string nameOf(const std::string& job, std::size_t items) { return job + '/' + std::to_string(items); }
 
@@ -122,7 +124,7 @@ void measureAll(const std::string& name, Place place, const Sizes& sizes) {
     }
 }
 
-void setBars(const std::string& job, const Sizes& sizes) {
+void setBars(const std::string& job, const Sizes& sizes, double mostMemory) {
     const std::size_t fewest = sizes.front().items;
     const std::size_t most = sizes.back().items;
     compare(nameOf(job + "Cost", most), nameOf(job + "Cost", fewest), growthBar);
@@ -131,15 +133,15 @@ void setBars(const std::string& job, const Sizes& sizes) {
         compare(nameOf(job, size.items), nameOf(job + "Replay", size.items), replayBar);
     compare(nameOf(job + "Cost", most), nameOf(job + "ReplayCost", most));
     for (const Size& size : sizes) {
-        for (const char* kind : {"", "Idle"}) limitMemory(nameOf(job + kind, size.items), memoryBar);
+        for (const char* kind : {"", "Idle"}) limitMemory(nameOf(job + kind, size.items), mostMemory);
     }
 }
 
 template <typename Setting>
-void measureBothWays(const std::string& items, const Sizes& sizes) {
+void measureBothWays(const std::string& items, const Sizes& sizes, double mostMemory = 0) {
     for (const auto& [way, place] :
          {std::pair{"ToNotes", Place::Handheld}, std::pair{"ToHandheld", Place::Notes}}) {
-        setBars(items + way, sizes);
+        setBars(items + way, sizes, mostMemory);
         measureAll<Setting>(items + way, place, sizes);
     }
 }
@@ -147,14 +149,16 @@ void measureBothWays(const std::string& items, const Sizes& sizes) {
 } // namespace
 } // namespace tsr::bench
 
-// tsr_scale [memos|meetings]: all of them without an argument.
+// tsr_scale [memos|meetings|mail]: all of them without an argument.
 int main(int count, char** arguments) {
     using namespace tsr::bench;
     const std::string wanted = count > 1 ? arguments[1] : "";
+    const auto isWanted = [&wanted](const char* items) { return wanted.empty() || wanted == items; };
     int result = 0;
     try {
-        if (wanted.empty() || wanted == "memos") measureBothWays<MemoScene>("memos", memoSizes);
-        if (wanted.empty() || wanted == "meetings") measureBothWays<MeetingScene>("meetings", meetingSizes);
+        if (isWanted("memos")) measureBothWays<MemoScene>("memos", memoSizes, memoryBar);
+        if (isWanted("meetings")) measureBothWays<MeetingScene>("meetings", meetingSizes);
+        if (isWanted("mail")) measureBothWays<MailScene>("mail", mailSizes);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         result = 1;
