@@ -12,9 +12,6 @@ namespace {
 
 namespace names = mailProperties;
 
-constexpr char actionsName[] = "ActionList";
-constexpr char roomName[] = "Room";
-constexpr char durationName[] = "Duration";
 constexpr char set[] = "1";
 
 struct TextField {
@@ -22,7 +19,7 @@ struct TextField {
     std::string Mail::*text;
 };
 constexpr TextField textFields[] = {
-    {"From", &Mail::from},      {"ReplyTo", &Mail::replyTo},      {"Subject", &Mail::subject},
+    {names::from, &Mail::from}, {names::replyTo, &Mail::replyTo}, {names::subject, &Mail::subject},
     {names::body, &Mail::body}, {names::answers, &Mail::answers},
 };
 
@@ -41,24 +38,6 @@ constexpr FlagField flagFields[] = {{names::unread, &Mail::unread},
                                     {names::returnReceipt, &Mail::returnReceipt},
                                     {names::deliveryReport, &Mail::deliveryReport}};
 
-std::vector<std::string> filled(const Properties& properties, const char* name) {
-    const auto found = properties.find(name);
-    if (found == properties.end()) return {};
-    std::vector<std::string> values = found->second;
-    std::erase(values, "");
-    return values;
-}
-
-void setValues(Properties& properties, const char* name, std::vector<std::string> values) {
-    std::erase(values, "");
-    properties.erase(name);
-    if (!values.empty()) properties[name] = std::move(values);
-}
-
-void setText(Properties& properties, const char* name, const std::string& text) {
-    setValues(properties, name, {text});
-}
-
 std::uint32_t numberOf(const Properties& properties, const char* name) {
     return parseNumber(firstValue(properties, name)).value_or(0);
 }
@@ -71,18 +50,18 @@ int importanceOf(const Properties& properties) {
 std::optional<MeetingNotice> noticeOf(const Properties& properties) {
     MeetingNotice notice;
     notice.body = firstValue(properties, names::noticeBody);
-    notice.actions = filled(properties, actionsName);
-    notice.room = firstValue(properties, roomName);
-    notice.minutes = numberOf(properties, durationName);
+    notice.actions = filledValues(properties, names::actions);
+    notice.room = firstValue(properties, names::room);
+    notice.minutes = numberOf(properties, names::duration);
     if (notice.body.empty() && notice.actions.empty()) return std::nullopt;
     return notice;
 }
 
 void setNotice(Properties& properties, const std::optional<MeetingNotice>& notice) {
-    setText(properties, names::noticeBody, notice ? notice->body : "");
-    setValues(properties, actionsName, notice ? notice->actions : std::vector<std::string>());
-    setText(properties, roomName, notice ? notice->room : "");
-    setText(properties, durationName, notice ? std::to_string(notice->minutes) : "");
+    setFilled(properties, names::noticeBody, {notice ? notice->body : ""});
+    setFilled(properties, names::actions, notice ? notice->actions : std::vector<std::string>());
+    setFilled(properties, names::room, {notice ? notice->room : ""});
+    setFilled(properties, names::duration, {notice ? std::to_string(notice->minutes) : ""});
 }
 
 void checkMail(const Mail& mail) {
@@ -113,7 +92,8 @@ Mail toMail(const Properties& properties) {
     Mail mail;
     mail.folder = firstValue(properties, names::folder);
     for (const TextField& field : textFields) mail.*field.text = firstValue(properties, field.name);
-    for (const AddressField& field : addressFields) mail.*field.addresses = filled(properties, field.name);
+    for (const AddressField& field : addressFields)
+        mail.*field.addresses = filledValues(properties, field.name);
     for (const FlagField& field : flagFields) mail.*field.flag = firstValue(properties, field.name) == set;
     mail.date = firstNotesSecond + numberOf(properties, names::date);
     mail.importance = importanceOf(properties);
@@ -124,9 +104,10 @@ Mail toMail(const Properties& properties) {
 void setMail(Properties& properties, const Mail& mail) {
     checkMail(mail);
     properties[names::folder] = {mail.folder};
-    for (const TextField& field : textFields) setText(properties, field.name, mail.*field.text);
-    for (const AddressField& field : addressFields) setValues(properties, field.name, mail.*field.addresses);
-    for (const FlagField& field : flagFields) setText(properties, field.name, mail.*field.flag ? set : "");
+    for (const TextField& field : textFields) setFilled(properties, field.name, {mail.*field.text});
+    for (const AddressField& field : addressFields) setFilled(properties, field.name, mail.*field.addresses);
+    for (const FlagField& field : flagFields)
+        setFilled(properties, field.name, {mail.*field.flag ? set : ""});
     properties[names::date] = {std::to_string(mail.date - firstNotesSecond)};
     properties[names::importance] = {std::to_string(mail.importance)};
     setNotice(properties, mail.notice);

@@ -29,19 +29,25 @@ inline constexpr char draftsFolder[] = "Drafts";
 inline constexpr char sentFolder[] = "Sent";
 
 namespace mailProperties {
-inline constexpr char folder[] = "Folder";
-inline constexpr char unread[] = "Unread";
-inline constexpr char date[] = "Date";
-inline constexpr char importance[] = "Importance";
-inline constexpr char body[] = "Body";
-inline constexpr char noticeBody[] = "NoticeBody";
-inline constexpr char to[] = "To";
-inline constexpr char cc[] = "Cc";
-inline constexpr char bcc[] = "Bcc";
-inline constexpr char cut[] = "Cut";
-inline constexpr char returnReceipt[] = "ReturnReceipt";
-inline constexpr char deliveryReport[] = "DeliveryReport";
+inline constexpr char actions[] = "ActionList";
 inline constexpr char answers[] = "Answers";
+inline constexpr char bcc[] = "Bcc";
+inline constexpr char body[] = "Body";
+inline constexpr char cc[] = "Cc";
+inline constexpr char cut[] = "Cut";
+inline constexpr char date[] = "Date";
+inline constexpr char deliveryReport[] = "DeliveryReport";
+inline constexpr char duration[] = "Duration";
+inline constexpr char folder[] = "Folder";
+inline constexpr char from[] = "From";
+inline constexpr char importance[] = "Importance";
+inline constexpr char noticeBody[] = "NoticeBody";
+inline constexpr char replyTo[] = "ReplyTo";
+inline constexpr char returnReceipt[] = "ReturnReceipt";
+inline constexpr char room[] = "Room";
+inline constexpr char subject[] = "Subject";
+inline constexpr char to[] = "To";
+inline constexpr char unread[] = "Unread";
 } // namespace mailProperties
 
 Mail toMail(const Properties& properties);
