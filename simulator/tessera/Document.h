@@ -9,7 +9,7 @@
 namespace tsr {
 
 // Name to values, in the order in which they cross the wire.
-using Properties = NotesItem;
+using Properties = NotesItem; // whose firstValue() serves here too
 
 // One document of a database. Its identity is given by the store and never used again; the sequence number
 // starts at 1 and is raised by 1 with each change, or by 2 where its low 16 bits would become 0, since

@@ -86,7 +86,7 @@ protected:
         User other;
         other.name = "Eve";
         office->store().addUser(other, hashPassword("pw", PasswordCost::Minimal));
-        max_ = office->store().findUser("Max")->id;
+        max_ = office->userId();
         eve_ = office->store().findUser("Eve")->id;
         setFilter(All);
         configure(NextReplication::Normal, rule_);
@@ -359,7 +359,7 @@ private:
         for (const auto& [subject, names] : posted_) orders.refusedSubjects.insert(subject);
         std::size_t waiting = 0;
         for (const HandheldRecord& record : database().records().all()) waiting += record.category == outbox;
-        office->orderFaults(orders);
+        office->service().orderFaults(orders);
         for (int session = 0; session < 2; ++session) {
             hotSync();
             std::size_t refused = 0;
@@ -367,7 +367,7 @@ private:
                 refused += line.find("refused by order") != std::string::npos;
             EXPECT_EQ(refused, waiting);
         }
-        office->orderFaults({});
+        office->service().orderFaults({});
     }
 
     // To each addressee once, and with the identity of what it answers where that was known.

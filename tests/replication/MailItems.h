@@ -1,12 +1,11 @@
 #pragma once
 
 #include "replication/ItemKind.h"
-#include "tessera/UserDatabase.h"
 #include "tessera/mailDocument.h"
 
 namespace tsr::test {
 
-// Messages.
+// Messages. They lie in folders in the place of categories; mailboxes.h compares them.
 class MailItems : public ReplicatedKind {
 public:
     const KnownApplication& application() const override { return *findApplication("mail"); }
