@@ -18,9 +18,12 @@
 #include "handheld/ConfigurationDatabase.h"
 #include "handheld/FreeTimeDatabase.h"
 #include "handheld/HandheldFolder.h"
+#include "handheld/forms/MailForm.h"
+#include "handheld/standardDatabases.h"
 #include "handheld/syncControl.h"
 #include "tessera/Meeting.h"
 #include "tessera/TcpServer.h"
+#include "tessera/mailDocument.h"
 #include "tessera/passwords.h"
 
 #include "gtest/gtest.h"
@@ -151,10 +154,11 @@ protected:
         store.addUser(user, hashPassword("secret", PasswordCost::Minimal));
     }
 
-    void makeHandheld(const std::string& password) {
+    void makeHandheld(const std::string& password, bool withAllApplications = false) {
         fs::remove_all(palm);
         HandheldFolder::create(palm, Handheld(), [&](Handheld& handheld) {
             handheld.clock = monday + 8 * 3600;
+            if (withAllApplications) addStandardDatabases(handheld);
             FreeTimeDatabase::create(handheld);
             FreeTimeDatabase(handheld).add("Bob");
             ConfigurationDatabase configuration(handheld);
@@ -290,6 +294,24 @@ TEST_F(RunHotSyncTest, TellsProgramsInJsonAlone) {
     EXPECT_EQ(first[0]["toHandheld"]["new"], weeksOf(palm).size());
     const nlohmann::json second = nlohmann::json::parse(hotSync({"--json"}).out);
     EXPECT_EQ(second[0]["toHandheld"], (nlohmann::json{{"new", 0}, {"changed", 0}, {"deleted", 0}}));
+}
+
+TEST_F(RunHotSyncTest, ServesEveryApplicationOfAWholeHandheld) {
+    makeHandheld("secret", true);
+    Mail mail;
+    mail.from = "Bob";
+    mail.subject = "Lunch";
+    mail.date = monday;
+    deliver(store, store.findUser("Ann")->id, mail);
+    const Ended done = run({palm.string(), "--conduit", conduitPath});
+    EXPECT_EQ(done.exitCode, 0) << done.out << done.err;
+    EXPECT_EQ(done.err, "");
+    for (const char* title : {"Address", "Date Book", "Memo Pad", "ToDo", "Mail", "FreeTime"})
+        EXPECT_NE(done.out.find(std::string(title) + ": finished\n"), std::string::npos) << title << done.out;
+    HandheldFolder opened = HandheldFolder::open(palm);
+    const auto& messages = opened.handheld().find("MailDB")->records().all();
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(MailForm().read(messages[0].data).at("subject"), "Lunch");
 }
 
 TEST_F(RunHotSyncTest, AWrongPasswordChangesNothing) {
