@@ -14,22 +14,22 @@ std::string trimmed(const std::string& text) {
 
 } // namespace
 
-std::vector<std::string> splitAddresses(const std::string& list) {
+std::vector<std::string> dividedAddresses(const std::string& list) {
     std::vector<std::string> addresses;
     std::string address;
     bool quoted = false;
-    for (std::size_t i = 0; i <= list.size(); ++i) {
-        const bool atEnd = i == list.size();
-        if (!atEnd && list[i] == '"') quoted = !quoted;
-        // A quotation mark without another one ends with its line.
-        if (atEnd || list[i] == '\n' || (list[i] == ',' && !quoted)) {
-            address = trimmed(address);
-            if (!address.empty()) addresses.push_back(address);
-            address.clear();
-            quoted = false;
-        } else {
-            address += list[i];
+    bool bracketed = false;
+    for (const char c : list + '\n') {
+        if (c != '\n' && (c != ',' || quoted || bracketed)) {
+            if (c == '"') quoted = !quoted;
+            if (c == '<' || c == '>') bracketed = c == '<';
+            address += c;
+            continue;
         }
+        address = trimmed(address);
+        if (!address.empty()) addresses.push_back(address);
+        address.clear();
+        quoted = bracketed = false; // what was left open ends with its line
     }
     return addresses;
 }

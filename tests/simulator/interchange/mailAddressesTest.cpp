@@ -17,11 +17,13 @@ TEST(MailAddresses, DividesAtCommasAndLineFeeds) {
         {"Pat Lee\nJo Brown\r\n", {"Pat Lee", "Jo Brown"}},
         {"\"Lee, Pat\" <pat@example.com>,jo@example.com",
          {"\"Lee, Pat\" <pat@example.com>", "jo@example.com"}},
+        {"<a,b>,c", {"<a,b>", "c"}},
+        {"<a\nb,c", {"<a", "b", "c"}},
         {"\"Lee, Pat\nJo", {"\"Lee, Pat", "Jo"}}, // a quotation mark alone
     };
     for (const auto& [list, addresses] : rows) {
         SCOPED_TRACE(list);
-        EXPECT_EQ(splitAddresses(list), addresses);
+        EXPECT_EQ(dividedAddresses(list), addresses);
     }
 }
 
