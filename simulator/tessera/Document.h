@@ -23,4 +23,10 @@ struct Document {
 // The first value of a property, or an empty text.
 std::string firstValue(const Properties& properties, const std::string& name);
 
+// The values of a property that aren't empty.
+std::vector<std::string> filledValues(const Properties& properties, const std::string& name);
+
+// Keeps of `values` those that aren't empty; without any, the property goes.
+void setFilled(Properties& properties, const std::string& name, std::vector<std::string> values);
+
 } // namespace tsr

@@ -1,5 +1,6 @@
 #include "tessera/Exchanges.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tsr {
@@ -22,6 +23,13 @@ Exchange* Exchanges::find(const Application& application, const std::string& tok
         if (entry.token == token && entry.application == &application) return &entry.exchange;
     }
     return nullptr;
+}
+
+Exchange* Exchanges::findModified(const Application& application, const std::string& unid) {
+    const auto found = std::find_if(entries_.rbegin(), entries_.rend(), [&](const Entry& entry) {
+        return entry.application == &application && entry.exchange.modified.contains(unid);
+    });
+    return found == entries_.rend() ? nullptr : &found->exchange;
 }
 
 } // namespace tsr

@@ -17,6 +17,9 @@ public:
     // Null when the token is another application's or nobody's.
     Exchange* find(const Application& application, const std::string& token);
 
+    // The newest one in which the handheld has changed this item, for requests without a token; or null.
+    Exchange* findModified(const Application& application, const std::string& unid);
+
 private:
     struct Entry {
         std::string token;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <utility>
 
 #include "tessera/FaultOrders.h"
@@ -19,6 +20,8 @@ public:
 
     // One more item was sent.
     bool refusesItem() { return orders_.refusedItems.contains(++items_); }
+
+    bool refusesMail(const std::string& subject) const { return orders_.refusedSubjects.contains(subject); }
 
 private:
     FaultOrders orders_;

@@ -11,6 +11,13 @@ constexpr std::size_t maxQuotedBytes = 100;
 
 } // namespace
 
+std::string quotedStart(const std::string& text) {
+    if (text.size() <= maxQuotedBytes) return std::string("'").append(text).append("'");
+    std::size_t end = maxQuotedBytes;
+    while ((text[end] & 0xC0) == 0x80) --end; // not within a character
+    return std::string("'").append(text, 0, end).append("...'");
+}
+
 void RequestContext::expectStrings(std::size_t count) const {
     if (strings.size() != count) {
         throw RequestRefused(ResultCode::BadRequest, "The request has " + std::to_string(strings.size())
@@ -31,14 +38,6 @@ std::uint32_t RequestContext::number(std::size_t index) const {
     const std::optional<std::uint32_t> value = parseNumber(strings.at(index));
     if (!value) throw RequestRefused(ResultCode::BadRequest, quoted(index) + " is not a number.");
     return *value;
-}
-
-std::string RequestContext::quoted(std::size_t index) const {
-    const std::string& text = strings.at(index);
-    if (text.size() <= maxQuotedBytes) return std::string("'").append(text).append("'");
-    std::size_t end = maxQuotedBytes;
-    while ((text[end] & 0xC0) == 0x80) --end; // not within a character
-    return std::string("'").append(text, 0, end).append("...'");
 }
 
 void RequestContext::countItem() const {

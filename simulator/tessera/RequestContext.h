@@ -10,6 +10,9 @@
 
 namespace tsr {
 
+// `text` in quotes for a message, the start of it when it is long.
+std::string quotedStart(const std::string& text);
+
 // What a handler works with.
 struct RequestContext {
     Store& store;
@@ -25,8 +28,7 @@ struct RequestContext {
     // The decimal number in string `index`; raises BadRequest for anything else.
     std::uint32_t number(std::size_t index) const;
 
-    // String `index` in quotes for a message, the start of it when it is long.
-    std::string quoted(std::size_t index) const;
+    std::string quoted(std::size_t index) const { return quotedStart(strings.at(index)); }
 
     // Counts an item that was sent; raises ItemRefused when it is to be refused.
     void countItem() const;

@@ -19,6 +19,7 @@ struct SessionState {
     std::size_t errorCount = 0;
     Exchanges exchanges;
     std::set<std::pair<std::int64_t, std::string>> newDocuments{}; // database and Unid of items that came new
+    std::optional<std::pair<std::int64_t, std::string>> sentMail{}; // the last, until the client goes on
 };
 
 } // namespace tsr

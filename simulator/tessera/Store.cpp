@@ -305,10 +305,12 @@ Document Store::addDocument(std::int64_t databaseId, const std::string& kind, co
     return document;
 }
 
-Document Store::addUnconfirmed(std::int64_t databaseId, const std::string& kind,
-                               const Properties& properties) {
+Document Store::addUnconfirmed(std::int64_t databaseId, const std::string& kind, const Properties& properties,
+                               const Properties& besides) {
     SqliteTransaction transaction(database_);
-    const Document document = addDocument(databaseId, kind, properties);
+    Properties all = properties;
+    for (const auto& [name, values] : besides) all[name] = values;
+    const Document document = addDocument(databaseId, kind, all);
     database_.statement("INSERT INTO unconfirmed VALUES (?, ?, ?, ?)")
         .bind(databaseId)
         .bind(kind)
@@ -359,6 +361,22 @@ Document Store::changeDocument(std::int64_t databaseId, const std::string& unid,
     return *changed;
 }
 
+void Store::annotateDocument(std::int64_t databaseId, const std::string& unid, const std::string& name,
+                             const std::string& value) {
+    checkProperties({{name, {value}}});
+    SqliteTransaction transaction(database_);
+    SqliteStatement find = database_.statement("SELECT id FROM document WHERE database_id = ? AND unid = ?");
+    find.bind(databaseId).bind(unid);
+    if (!find.step()) raiseNoDocument(unid);
+    const std::int64_t documentId = find.integer(0);
+    database_.statement("DELETE FROM property WHERE document_id = ? AND name = ?")
+        .bind(documentId)
+        .bind(name)
+        .run();
+    if (!value.empty()) writeProperties(documentId, {{name, {value}}});
+    transaction.commit();
+}
+
 void Store::deleteDocument(std::int64_t databaseId, const std::string& unid) {
     SqliteTransaction transaction(database_);
     database_
@@ -393,6 +411,30 @@ std::vector<Document> Store::documents(std::int64_t databaseId, const std::strin
     while (statement.step()) {
         documents.push_back({statement.text(1), static_cast<std::uint32_t>(statement.integer(2)), kind,
                              properties(statement.integer(0))});
+    }
+    return documents;
+}
+
+std::vector<Document> Store::documents(std::int64_t databaseId, const std::string& kind,
+                                       const std::set<std::string>& names) {
+    std::string places;
+    for (std::size_t i = 0; i < names.size(); ++i) places += i == 0 ? "?" : ", ?";
+    SqliteStatement statement = database_.statement(
+        "SELECT document.id, unid, sequence, name, value FROM document LEFT JOIN property "
+        "ON property.document_id = document.id AND name IN ("
+        + places + ") WHERE database_id = ? AND kind = ? ORDER BY document.id, name, position");
+    for (const std::string& name : names) statement.bind(name);
+    statement.bind(databaseId).bind(kind);
+    std::vector<Document> documents;
+    std::int64_t lastId = 0;
+    while (statement.step()) {
+        if (documents.empty() || statement.integer(0) != lastId) {
+            lastId = statement.integer(0);
+            documents.push_back(
+                {statement.text(1), static_cast<std::uint32_t>(statement.integer(2)), kind, {}});
+        }
+        const std::string name = statement.text(3); // empty where the document has none of them
+        if (!name.empty()) documents.back().properties[name].push_back(statement.text(4));
     }
     return documents;
 }

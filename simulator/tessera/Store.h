@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -47,16 +48,25 @@ public:
 
     // A document that a handheld has sent. It isn't confirmed until the handheld has noted its identity: what
     // loses the answer sends the same once more.
-    Document addUnconfirmed(std::int64_t databaseId, const std::string& kind, const Properties& properties);
+    // Of `besides` it doesn't speak: what the server has added.
+    Document addUnconfirmed(std::int64_t databaseId, const std::string& kind, const Properties& properties,
+                            const Properties& besides = {});
     std::vector<std::string> unconfirmed(std::int64_t databaseId, const std::string& kind);
     std::vector<std::string> unconfirmed(std::int64_t databaseId, const std::string& kind,
                                          const Properties& properties); // those that were sent like this
     void confirm(std::int64_t databaseId, const std::string& unid);
 
     Document changeDocument(std::int64_t databaseId, const std::string& unid, const Properties& properties);
+    // Sets one property, or takes it away where `value` is empty, and leaves the sequence number: what isn't
+    // a version of its own.
+    void annotateDocument(std::int64_t databaseId, const std::string& unid, const std::string& name,
+                          const std::string& value);
     void deleteDocument(std::int64_t databaseId, const std::string& unid);
     std::optional<Document> findDocument(std::int64_t databaseId, const std::string& unid);
-    std::vector<Document> documents(std::int64_t databaseId, const std::string& kind);       // oldest first
+    std::vector<Document> documents(std::int64_t databaseId, const std::string& kind); // oldest first
+    // With these properties alone. No text of a long document is read that isn't one of them.
+    std::vector<Document> documents(std::int64_t databaseId, const std::string& kind,
+                                    const std::set<std::string>& names);
     std::vector<DocumentVersion> versions(std::int64_t databaseId, const std::string& kind); // the same
     std::vector<std::string> deletedUnids(std::int64_t databaseId); // in the order of deletion
 

@@ -1,29 +1,20 @@
 #include "tessera/replicationRequests.h"
 
 #include <algorithm>
-#include <string_view>
-#include <unordered_set>
 
 #include "tessera/RequestRefused.h"
 #include "tessera/meetingPattern.h"
 #include "tessera/numbers.h"
+#include "tessera/replicatedItems.h"
 
 namespace tsr {
 
 namespace {
 
 constexpr std::size_t stringsPerKnownItem = 4;
-constexpr std::size_t maxQuoted = 100;
-constexpr std::uint32_t firstSequence = 1;
 
 using Handler = std::vector<std::string> (*)(const Application&, const RequestContext&);
 using List = std::vector<ItemName> Exchange::*;
-
-const ItemName newItem{std::string(16, '0'), std::string(32, '0')};
-
-UserDatabase databaseOf(const Application& application, const RequestContext& context) {
-    return context.store.database(context.user().id, application.databaseKind);
-}
 
 Exchange& exchangeOf(const Application& application, const RequestContext& context) {
     Exchange* const exchange = context.session.exchanges.find(application, context.strings[0]);
@@ -31,19 +22,6 @@ Exchange& exchangeOf(const Application& application, const RequestContext& conte
         throw RequestRefused(ResultCode::NotFound, "There is no replication " + context.quoted(0) + ".");
     }
     return *exchange;
-}
-
-// The document of this application in the user's own database.
-std::optional<Document> findDocument(const Application& application, const RequestContext& context,
-                                     const UserDatabase& database, const ItemName& name) {
-    if (name.dbid != database.dbid) return std::nullopt;
-    auto document = context.store.findDocument(database.id, name.unid);
-    if (document && document->kind != application.documentKind) return std::nullopt;
-    return document;
-}
-
-[[noreturn]] void raiseNoDocument(const std::string& unid) {
-    throw RequestRefused(ResultCode::NotFound, "There is no document '" + unid.substr(0, maxQuoted) + "'.");
 }
 
 // "C" is the client's advantage, "S" the server's.
@@ -67,21 +45,6 @@ KnownItem knownItem(const RequestContext& context, std::size_t index) {
                                                          + " as a sequence number.");
     }
     return {{context.strings[index], context.strings[index + 1]}, sequence, raised != sequence};
-}
-
-// What the handheld lists it has noted, unless it came in this session: then it may still forget it.
-void confirmKnown(const Application& application, const RequestContext& context, const UserDatabase& database,
-                  const std::vector<KnownItem>& known) {
-    const auto unconfirmed = context.store.unconfirmed(database.id, application.documentKind);
-    if (unconfirmed.empty()) return;
-    std::unordered_set<std::string_view> unids;
-    for (const KnownItem& item : known) unids.insert(item.name.unid);
-    SqliteTransaction transaction = context.store.transaction();
-    for (const std::string& unid : unconfirmed) {
-        const bool isNew = context.session.newDocuments.contains({database.id, unid});
-        if (!isNew && unids.contains(unid)) context.store.confirm(database.id, unid);
-    }
-    transaction.commit();
 }
 
 // The first and the last day, each in seconds from 1993 to its midnight.
@@ -166,7 +129,7 @@ std::vector<std::string> giveItem(const Application& application, const RequestC
     }
     const UserDatabase database = databaseOf(application, context);
     const std::string& unid = exchange.toReceive[position];
-    const auto document = findDocument(application, context, database, {database.dbid, unid});
+    const auto document = findItem(application, context, database, {database.dbid, unid});
     if (!document) raiseNoDocument(unid);
     const Properties properties = application.given == nullptr
                                     ? document->properties
@@ -179,48 +142,6 @@ std::vector<std::string> giveItem(const Application& application, const RequestC
     strings.push_back("UNID=" + unid);
     strings.push_back("SeqNum=" + std::to_string(document->sequence));
     return strings;
-}
-
-// Names that begin with '#' are the client's notes to itself.
-Properties sentProperties(const RequestContext& context, std::size_t first) {
-    Properties properties;
-    for (std::size_t i = first; i < context.strings.size(); ++i) {
-        const std::string& text = context.strings[i];
-        const std::size_t end = text.find('=');
-        if (end == std::string::npos || end == 0) {
-            throw RequestRefused(ResultCode::BadRequest, context.quoted(i) + " is not a property.");
-        }
-        if (text.front() != '#') properties[text.substr(0, end)].push_back(text.substr(end + 1));
-    }
-    return properties;
-}
-
-// A document for what the handheld sends as new. When a session breaks off, the handheld forgets what it was
-// told in it and sends the same once more in the next; it is answered as before, with the version of then.
-DocumentVersion newDocument(const Application& application, const RequestContext& context,
-                            const UserDatabase& database, const Properties& properties) {
-    auto& newDocuments = context.session.newDocuments;
-    for (const std::string& unid :
-         context.store.unconfirmed(database.id, application.documentKind, properties)) {
-        if (newDocuments.emplace(database.id, unid).second) return {unid, firstSequence};
-    }
-    const Document added = context.store.addUnconfirmed(database.id, application.documentKind, properties);
-    newDocuments.emplace(database.id, added.unid);
-    return {added.unid, added.sequence};
-}
-
-void raiseIfChanged(const Exchange& exchange, const Document& document) {
-    const auto guarded = exchange.guarded.find(document.unid);
-    if (guarded == exchange.guarded.end() || guarded->second == document.sequence) return;
-    throw RequestRefused(ResultCode::ItemRefused, "The document was changed in Notes meanwhile.");
-}
-
-// Returns whether it wasn't to be received already.
-bool receiveToo(Exchange& exchange, const std::string& unid) {
-    auto& unids = exchange.toReceive;
-    if (std::find(unids.begin(), unids.end(), unid) != unids.end()) return false;
-    unids.push_back(unid);
-    return true;
 }
 
 // The loser of a conflict, which becomes a new document. It is sent in the place of its own, and so answered
@@ -241,11 +162,6 @@ bool areDifferences(const Application& application, const RequestContext& contex
         && std::find(begin, strings.end(), "#Differences=1") != strings.end();
 }
 
-void noteChange(Exchange& exchange, const Document& changed) {
-    if (const auto guarded = exchange.guarded.find(changed.unid); guarded != exchange.guarded.end())
-        guarded->second = changed.sequence; // by the handheld, which may replace it once more
-}
-
 // The version that the handheld is told when it has sent differences. Where Notes has changed the document
 // too, the handheld is still to receive that, and until it has it knows the version that it knew.
 std::uint32_t toldSequence(Exchange& exchange, const Document& before, std::uint32_t changed) {
@@ -259,7 +175,7 @@ std::uint32_t toldSequence(Exchange& exchange, const Document& before, std::uint
 std::vector<std::string> takeDifferences(const Application& application, const RequestContext& context,
                                          const UserDatabase& database, Exchange& exchange,
                                          const ItemName& name, const Properties& sent, bool notesPrevails) {
-    const auto document = findDocument(application, context, database, name);
+    const auto document = findItem(application, context, database, name);
     if (!document) raiseNoDocument(name.unid);
     raiseIfChanged(exchange, *document);
     const Differences differences =
@@ -289,7 +205,7 @@ std::vector<std::string> takeItem(const Application& application, const RequestC
     const ItemName name{context.strings[1], context.strings[2]};
     const UserDatabase database = databaseOf(application, context);
     const bool differs = areDifferences(application, context, first);
-    if (name == newItem) {
+    if (name == newItemName) {
         if (differs) throw RequestRefused(ResultCode::ItemRefused, "A new item differs from nothing.");
         const DocumentVersion added =
             newDocument(application, context, database, application.adopt({}, sent));
@@ -297,7 +213,7 @@ std::vector<std::string> takeItem(const Application& application, const RequestC
     }
     Exchange& exchange = exchangeOf(application, context);
     if (differs) return takeDifferences(application, context, database, exchange, name, sent, false);
-    const auto document = findDocument(application, context, database, name);
+    const auto document = findItem(application, context, database, name);
     if (!document) raiseNoDocument(name.unid);
     if (exchange.copied.contains(name.unid)) {
         takeCopy(application, context, database, exchange, *document, sent);
@@ -314,8 +230,8 @@ std::size_t outstandingAnomaly(const Exchange& exchange, const ItemName& name) {
     const auto found = std::find(exchange.anomalies.begin(), exchange.anomalies.end(), name);
     const auto index = static_cast<std::size_t>(found - exchange.anomalies.begin());
     if (found == exchange.anomalies.end() || !exchange.anomalyOutstanding[index]) {
-        throw RequestRefused(ResultCode::NotFound, "No anomaly of the document '"
-                                                       + name.unid.substr(0, maxQuoted) + "' was asked for.");
+        throw RequestRefused(ResultCode::NotFound,
+                             "No anomaly of the document " + quotedStart(name.unid) + " was asked for.");
     }
     return index;
 }
@@ -338,7 +254,7 @@ std::vector<std::string> takeAnomaly(const Application& application, const Reque
         exchange.anomalyOutstanding[index] = false;
         return strings;
     }
-    const auto kept = findDocument(application, context, database, name);
+    const auto kept = findItem(application, context, database, name);
     DocumentVersion version;
     if (kept && kept->properties == application.adopt(kept->properties, sent)) {
         version = {kept->unid, kept->sequence};
@@ -360,15 +276,10 @@ std::vector<std::string> takeDeletions(const Application& application, const Req
     if (context.strings.size() % 2 != 0) {
         throw RequestRefused(ResultCode::BadRequest, "The last deletion has no document.");
     }
-    const UserDatabase database = databaseOf(application, context);
-    SqliteTransaction transaction = context.store.transaction();
-    for (std::size_t i = 0; i < context.strings.size(); i += 2) {
-        const ItemName name{context.strings[i], context.strings[i + 1]};
-        if (findDocument(application, context, database, name)) {
-            context.store.deleteDocument(database.id, name.unid);
-        }
-    }
-    transaction.commit();
+    std::vector<ItemName> names;
+    for (std::size_t i = 0; i < context.strings.size(); i += 2)
+        names.push_back({context.strings[i], context.strings[i + 1]});
+    deleteItems(application, context, databaseOf(application, context), names);
     std::vector<std::string> strings;
     if (application.countsDeletions) strings.push_back(std::to_string(context.strings.size() / 2));
     strings.insert(strings.end(), context.strings.begin(), context.strings.end());

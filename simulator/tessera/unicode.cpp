@@ -105,4 +105,14 @@ bool isPlainText(const std::string& text) {
     }
 }
 
+std::string toLowerCase(const std::string& utf8) {
+    std::u16string units = toUtf16(utf8);
+    for (char16_t& unit : units) {
+        const bool isPlain = unit >= u'A' && unit <= u'Z';
+        const bool hasAccent = unit >= 0xC0 && unit <= 0xDE && unit != 0xD7; // the multiplication sign
+        if (isPlain || hasAccent) unit = static_cast<char16_t>(unit + 0x20);
+    }
+    return toUtf8(units);
+}
+
 } // namespace tsr

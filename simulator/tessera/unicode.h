@@ -12,4 +12,7 @@ std::string toUtf8(const std::u16string& units);
 // Whether `text` is UTF-8 without control characters but for the line feed and the tab.
 bool isPlainText(const std::string& text);
 
+// Of a to z and of the letters with accents of the first 256 characters, which are those that a handheld has.
+std::string toLowerCase(const std::string& utf8);
+
 } // namespace tsr

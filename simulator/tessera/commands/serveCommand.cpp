@@ -99,6 +99,12 @@ void addServeCommand(TesseraCommandLine& line) {
                    "Answer the Nth request with an error");
     addFaultOption(command, "--lose-answer", options->faults.lostAnswers,
                    "Carry out the Nth request and close the connection without an answer");
+    command
+        .add_option("--refuse-mail", options->faults.refusedSubjects,
+                    "Refuse outgoing mail with this subject")
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->group("Faults");
 }
 
 } // namespace tsr

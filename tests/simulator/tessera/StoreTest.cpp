@@ -281,5 +281,33 @@ TEST_F(StoreFileTest, RefusesTheDatabaseOfAnotherProgram) {
 
 TEST(StoreFile, NeedsAPlace) { EXPECT_THROW(Store{"/nowhere/at/all.db"}, TesseraError); }
 
+TEST_F(StoreTest, GivesDocumentsWithTheNamedPropertiesAlone) {
+    const UserDatabase mail = store.mailDatabase(add("Ann").id);
+    const Document first = store.addDocument(mail.id, "x", {{"A", {"1", "2"}}, {"B", {"3"}}, {"C", {"4"}}});
+    store.addDocument(mail.id, "y", {{"A", {"5"}}});
+    const Document second = store.addDocument(mail.id, "x", {{"D", {"6"}}});
+    const std::vector<Document> documents = store.documents(mail.id, "x", {"A", "C", "E"});
+    ASSERT_EQ(documents.size(), 2u);
+    EXPECT_EQ(documents[0].unid, first.unid);
+    EXPECT_EQ(documents[0].sequence, 1u);
+    EXPECT_EQ(documents[0].properties, (Properties{{"A", {"1", "2"}}, {"C", {"4"}}}));
+    EXPECT_EQ(documents[1].unid, second.unid);
+    EXPECT_TRUE(documents[1].properties.empty());
+    EXPECT_EQ(store.documents(mail.id, "x", {}).size(), 2u);
+}
+
+TEST_F(StoreTest, AnAnnotationLeavesTheSequenceNumber) {
+    const UserDatabase mail = store.mailDatabase(add("Ann").id);
+    const std::string unid = store.addDocument(mail.id, "x", {{"A", {"1", "2"}}, {"B", {"3"}}}).unid;
+    store.annotateDocument(mail.id, unid, "A", "4");
+    store.annotateDocument(mail.id, unid, "B", "");
+    store.annotateDocument(mail.id, unid, "C", "5");
+    const Document document = *store.findDocument(mail.id, unid);
+    EXPECT_EQ(document.properties, (Properties{{"A", {"4"}}, {"C", {"5"}}}));
+    EXPECT_EQ(document.sequence, 1u);
+    EXPECT_THROW(store.annotateDocument(mail.id, std::string(32, '0'), "A", "4"), TesseraError);
+    EXPECT_THROW(store.annotateDocument(mail.id, unid, "A=", "4"), TesseraError);
+}
+
 } // namespace
 } // namespace tsr

@@ -45,5 +45,11 @@ TEST(Unicode, KnowsPlainText) {
     EXPECT_FALSE(isPlainText("\xFC"));
 }
 
+TEST(Unicode, HasLowerCaseLettersForThoseOfAHandheld) {
+    // The last ones are the multiplication sign, the sharp s and a letter beyond the first 256 characters.
+    EXPECT_EQ(toLowerCase("AZ az [09] \xC3\x80\xC3\x9E \xC3\x97\xC3\x9F\xC4\x80"),
+              "az az [09] \xC3\xA0\xC3\xBE \xC3\x97\xC3\x9F\xC4\x80");
+}
+
 } // namespace
 } // namespace tsr
