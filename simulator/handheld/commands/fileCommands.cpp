@@ -148,6 +148,20 @@ void applyPreference(Handheld& handheld, const PreferenceOptions& options) {
         throw HandheldError("there is no such preference");
 }
 
+// A reason names what somebody else has written, in UTF-8; characters in it that act on a terminal show as
+// '?'.
+std::string shownReason(const std::string& reason) {
+    std::string shown;
+    for (std::size_t i = 0; i < reason.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(reason[i]);
+        const auto next = static_cast<unsigned char>(i + 1 < reason.size() ? reason[i + 1] : 0);
+        const bool isLongControl = byte == 0xC2 && next >= 0x80 && next < 0xA0; // U+0080 to U+009F
+        if (isLongControl) ++i;
+        shown += isLongControl || byte < 0x20 || byte == 0x7F ? '?' : reason[i];
+    }
+    return shown;
+}
+
 void addImportCommand(CommandLine& line) {
     CLI::App& command = line.addCommand(
         "import",
@@ -164,7 +178,7 @@ void addImportCommand(CommandLine& line) {
             line.change([&](HandheldFolder& folder) {
                 for (const std::string& file : options->files) {
                     for (const std::string& reason : importFile(folder.handheld(), file, *options))
-                        line.err << "handheld: not imported: " << reason << "\n";
+                        line.err << "handheld: not imported: " << shownReason(reason) << "\n";
                 }
             });
         };

@@ -186,6 +186,12 @@ TEST_F(MailCommands, MessagesComeFromFilesAndGoIntoThem) {
     EXPECT_THAT(content("out.eml"), HasSubstr("Subject: Two\r\n"));
 }
 
+TEST_F(MailCommands, AMessageThatIsNotTakenDoesNotActOnTheTerminal) {
+    write("a.eml", "Subject: =?utf-8?Q?a=1B=C2=9B=C2=A0=E2=82=AC?=\n\n");
+    does({"import", file("a.eml")});
+    EXPECT_THAT(err_.str(), HasSubstr("'a ?\xC2\xA0\xE2\x82\xAC'"));
+}
+
 TEST_F(MailCommands, FilesThatAreNoMailAreRefused) {
     write("a.eml", "nonsense");
     write("b.mbox", "nonsense");
