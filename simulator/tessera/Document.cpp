@@ -4,11 +4,6 @@
 
 namespace tsr {
 
-std::string firstValue(const Properties& properties, const std::string& name) {
-    const auto found = properties.find(name);
-    return found == properties.end() || found->second.empty() ? std::string() : found->second.front();
-}
-
 std::vector<std::string> filledValues(const Properties& properties, const std::string& name) {
     const auto found = properties.find(name);
     if (found == properties.end()) return {};

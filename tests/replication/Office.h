@@ -32,6 +32,8 @@ public:
 
     std::string port() const { return std::to_string(server_->port()); }
     Store& store() { return store_; }
+    TesseraService& service() { return service_; }
+    std::int64_t userId() const { return userId_; }
     std::int64_t database(const char* kind) { return store_.database(userId_, kind).id; }
 
 private:
