@@ -42,6 +42,7 @@ void addListCommand(CommandLine& line);
 void addShowCommand(CommandLine& line);
 void addCalendarCommand(CommandLine& line);
 void addRecordCommands(CommandLine& line); // add, edit, delete, archive
+void addReplyCommand(CommandLine& line);
 void addCategoryCommand(CommandLine& line);
 void addPreferenceCommand(CommandLine& line);
 void addFileCommands(CommandLine& line); // import, export

@@ -1,14 +1,21 @@
 #include <ctime>
 #include <memory>
+#include <optional>
 
 #include "handheld/HandheldError.h"
 #include "handheld/HandheldFolder.h"
 #include "handheld/commands/CommandLine.h"
 #include "handheld/commands/DataOptions.h"
+#include "handheld/commands/categoryName.h"
 #include "handheld/commands/databaseName.h"
+#include "handheld/commands/mailMessages.h"
+#include "handheld/commands/recordFields.h"
 #include "handheld/commands/recordFiles.h"
+#include "handheld/mailFolders.h"
 #include "handheld/pdbFile.h"
 #include "interchange/InterchangeError.h"
+#include "interchange/mailbox.h"
+#include "interchange/messageFile.h"
 
 namespace tsr {
 
@@ -19,6 +26,8 @@ struct FileOptions {
     std::string database;
     bool replace = false;
     bool vCard3 = false;
+    std::optional<std::string> folder; // of mail
+    std::optional<std::string> record; // id, of mail
 };
 
 struct PreferenceOptions {
@@ -64,6 +73,15 @@ Refused importCalendar(Handheld& handheld, const std::string& text) {
     return importEvents(handheld, text);
 }
 
+Refused importMessages(Handheld& handheld, const std::vector<MailMessage>& messages,
+                       const FileOptions& options) {
+    HandheldDatabase& database = findDatabase(handheld, mailDatabase);
+    return importMail(handheld, messages, parseCategory(database, options.folder.value_or("0")));
+}
+
+bool isMessage(const std::string& file) { return file.ends_with(".eml"); }
+bool isMailbox(const std::string& file) { return file.ends_with(".mbox"); }
+
 // Null for a database.
 ImportText importOfRecords(const std::string& file) {
     if (file.ends_with(".vcf")) return importWhole<importContacts>;
@@ -72,18 +90,32 @@ ImportText importOfRecords(const std::string& file) {
     return nullptr;
 }
 
-Refused importFile(Handheld& handheld, const std::string& file, bool replace) {
+Refused importFile(Handheld& handheld, const std::string& file, const FileOptions& options) {
     const ImportText importText = importOfRecords(file);
-    if (!importText) {
-        importDatabase(handheld, file, replace);
+    if (!importText && !isMessage(file) && !isMailbox(file)) {
+        importDatabase(handheld, file, options.replace);
         return {};
     }
     const std::vector<std::uint8_t> bytes = readFile(file);
+    const std::string text(bytes.begin(), bytes.end());
     try {
-        return importText(handheld, {bytes.begin(), bytes.end()});
+        if (isMessage(file)) return importMessages(handheld, {readMessage(text)}, options);
+        if (isMailbox(file)) return importMessages(handheld, readMailbox(text), options);
+        return importText(handheld, text);
     } catch (const std::runtime_error& error) {
         throw HandheldError(file + ": " + error.what());
     }
+}
+
+std::string exportedMail(HandheldDatabase& database, const FileOptions& options) {
+    std::optional<std::uint8_t> folder;
+    if (options.folder) folder = parseCategory(database, *options.folder);
+    std::vector<MailMessage> messages = options.record
+                                          ? std::vector{toMailMessage(liveRecord(database, *options.record))}
+                                          : mailOf(database, folder);
+    if (isMailbox(options.files.front())) return mailboxText(messages);
+    if (messages.size() != 1) throw UsageError("an .eml file holds one message: name it with --record");
+    return messageText(messages.front());
 }
 
 std::vector<std::uint8_t> exportedBytes(Handheld& handheld, const FileOptions& options) {
@@ -97,6 +129,8 @@ std::vector<std::uint8_t> exportedBytes(Handheld& handheld, const FileOptions& o
         text = exportedTasks(database, stamp);
     } else if (file.ends_with(".ics") && database.name() == eventDatabase) {
         text = exportedEvents(database, stamp);
+    } else if ((isMessage(file) || isMailbox(file)) && database.name() == mailDatabase) {
+        text = exportedMail(database, options);
     } else if (file.ends_with(".json")) {
         text = exportedRecords(database);
     } else {
@@ -114,21 +148,37 @@ void applyPreference(Handheld& handheld, const PreferenceOptions& options) {
         throw HandheldError("there is no such preference");
 }
 
+// A reason names what somebody else has written, in UTF-8; characters in it that act on a terminal show as
+// '?'.
+std::string shownReason(const std::string& reason) {
+    std::string shown;
+    for (std::size_t i = 0; i < reason.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(reason[i]);
+        const auto next = static_cast<unsigned char>(i + 1 < reason.size() ? reason[i + 1] : 0);
+        const bool isLongControl = byte == 0xC2 && next >= 0x80 && next < 0xA0; // U+0080 to U+009F
+        if (isLongControl) ++i;
+        shown += isLongControl || byte < 0x20 || byte == 0x7F ? '?' : reason[i];
+    }
+    return shown;
+}
+
 void addImportCommand(CommandLine& line) {
-    CLI::App& command =
-        line.addCommand("import",
-                        "Put the databases of .pdb files on the handheld; add the contacts of "
-                        ".vcf files, the events and tasks of .ics files and the records of .json files",
-                        "backup/MemoDB.pdb --replace");
+    CLI::App& command = line.addCommand(
+        "import",
+        "Put the databases of .pdb files on the handheld; add the contacts of "
+        ".vcf files, the events and tasks of .ics files, the messages of .eml and .mbox files, and "
+        "the records of .json files",
+        "backup/MemoDB.pdb --replace");
     auto options = std::make_shared<FileOptions>();
     command.add_option("FILE", options->files, "The files; their names tell what they are")->required();
     command.add_flag("--replace", options->replace, "Replace databases that are there already");
+    command.add_option("--folder", options->folder, "The folder of messages (Inbox)");
     command.callback([&line, options] {
         line.action = [&line, options] {
             line.change([&](HandheldFolder& folder) {
                 for (const std::string& file : options->files) {
-                    for (const std::string& reason : importFile(folder.handheld(), file, options->replace))
-                        line.err << "handheld: not imported: " << reason << "\n";
+                    for (const std::string& reason : importFile(folder.handheld(), file, *options))
+                        line.err << "handheld: not imported: " << shownReason(reason) << "\n";
                 }
             });
         };
@@ -139,7 +189,7 @@ void addExportCommand(CommandLine& line) {
     CLI::App& command = line.addCommand(
         "export",
         "Write a database to a .pdb file, for a device or another handheld, or its records to a .json file, "
-        "addresses to a .vcf file, events or to-dos to an .ics file",
+        "addresses to a .vcf file, events or to-dos to an .ics file, messages to an .mbox or .eml file",
         "memo MemoDB.pdb");
     auto options = std::make_shared<FileOptions>();
     command.add_option("NAME", options->database, "A database or an application")->required();
@@ -147,6 +197,8 @@ void addExportCommand(CommandLine& line) {
         ->required()
         ->expected(1);
     command.add_flag("--vcard3", options->vCard3, "Version 3.0 of vCards, not 4.0");
+    command.add_option("--folder", options->folder, "Messages of this folder only");
+    command.add_option("--record", options->record, "This message only");
     command.callback([&line, options] {
         line.action = [&line, options] {
             HandheldFolder folder = HandheldFolder::open(line.folder);

@@ -4,6 +4,19 @@
 
 namespace tsr {
 
+namespace {
+
+std::string shown(std::string text, const std::string& allowed) {
+    for (char& c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        const bool acts = byte < 0x20 || (byte >= 0x7F && byte < 0xA0);
+        if (acts && allowed.find(c) == std::string::npos) c = '?';
+    }
+    return fromHandheldText(text);
+}
+
+} // namespace
+
 // The 128 characters above ASCII have two bytes in UTF-8, 110000xx 10xxxxxx.
 std::string toHandheldText(const std::string& utf8) {
     std::string text;
@@ -36,6 +49,10 @@ std::string fromHandheldText(const std::string& text) {
     }
     return utf8;
 }
+
+std::string shownHandheldText(const std::string& text) { return shown(text, "\n\t"); }
+
+std::string shownHandheldLine(const std::string& text) { return shown(text, ""); }
 
 std::string hexText(const std::vector<std::uint8_t>& data) {
     const char* const digits = "0123456789abcdef";

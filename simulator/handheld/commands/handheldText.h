@@ -12,6 +12,11 @@ namespace tsr {
 std::string toHandheldText(const std::string& utf8);
 std::string fromHandheldText(const std::string& text);
 
+// The same for the eyes of the user: what others have written may hold characters that act on a terminal, and
+// they show as '?'. A text keeps its line feeds and tabs.
+std::string shownHandheldText(const std::string& text);
+std::string shownHandheldLine(const std::string& text);
+
 std::string hexText(const std::vector<std::uint8_t>& data); // lowercase, without blanks
 
 } // namespace tsr

@@ -7,9 +7,12 @@
 #include "handheld/HandheldFolder.h"
 #include "handheld/commands/CommandLine.h"
 #include "handheld/commands/DataOptions.h"
+#include "handheld/commands/categoryName.h"
 #include "handheld/commands/databaseName.h"
 #include "handheld/commands/handheldText.h"
+#include "handheld/commands/recordFields.h"
 #include "handheld/forms/RecordForm.h"
+#include "handheld/mailFolders.h"
 
 namespace tsr {
 
@@ -21,7 +24,7 @@ struct RecordOptions {
     std::vector<std::string> targets; // ids of records or names of colleagues, to be taken away
     std::vector<std::string> fields;  // "name=value"
     DataOptions content;
-    std::optional<std::uint8_t> category;
+    std::optional<std::string> category; // its number, or a name of the table
     std::optional<std::uint16_t> searchLength;
     std::optional<bool> secret;
 
@@ -43,8 +46,9 @@ const char* const fieldHelp = "The content as NAME=VALUE, or with freetime the n
                               "confirmRead, confirmDelivery, bits";
 
 void addCategoryOption(CLI::App& command, RecordOptions& options) {
-    command.add_option("--category", options.category, "Category, 0 to 15")
-        ->check(CLI::Range(0, HandheldRecord::categories - 1));
+    command.add_option(
+        "--category", options.category,
+        "Category, 0 to 15 or its name; of mail the folder: Inbox, Outbox, Deleted, Filed, Draft");
 }
 
 CLI::Option* addSecretFlag(CLI::App& command, RecordOptions& options) {
@@ -52,31 +56,10 @@ CLI::Option* addSecretFlag(CLI::App& command, RecordOptions& options) {
         "--secret", [&options] { options.secret = true; }, "Mark the record as private");
 }
 
-// Sets the fields that the user gave in `values`. One without a value is taken away.
-void setFields(const RecordForm& form, const std::vector<std::string>& fields, FieldValues& values) {
-    for (const std::string& field : fields) {
-        const std::size_t sign = field.find('=');
-        if (sign == std::string::npos) throw UsageError(field + ": a field is given as NAME=VALUE");
-        const std::string name = field.substr(0, sign);
-        const std::string value = toHandheldText(field.substr(sign + 1));
-        form.checkNames({{name, value}});
-        if (value.empty())
-            values.erase(name);
-        else
-            values[name] = value;
-    }
-}
-
 const RecordForm& formOf(const HandheldDatabase& database) {
     const RecordForm* form = recordForm(database.name());
     if (!form) throw UsageError(database.name() + " has no fields: use --text, --hex or --file");
     return *form;
-}
-
-std::vector<std::uint8_t> formedRecord(const RecordForm& form, const FieldValues& values) {
-    std::vector<std::uint8_t> data = form.write(values);
-    if (data.size() > HandheldRecord::maxBytes) throw UsageError("a record takes at most 65,535 bytes");
-    return data;
 }
 
 std::vector<std::uint8_t> newContent(const HandheldDatabase& database, const RecordOptions& options) {
@@ -112,7 +95,9 @@ void addColleagues(Handheld& handheld, const RecordOptions& options) {
 void addRecord(CommandLine& line, Handheld& handheld, const RecordOptions& options) {
     if (options.searchLength) throw UsageError("only freetime takes a length");
     HandheldDatabase& database = findDatabase(handheld, options.database);
-    const std::uint32_t id = database.addRecord(newContent(database, options), options.category.value_or(0),
+    const std::uint8_t usual = database.name() == mailDatabase ? mailOutbox : 0; // what is written is sent
+    const std::uint8_t category = options.category ? parseCategory(database, *options.category) : usual;
+    const std::uint32_t id = database.addRecord(newContent(database, options), category,
                                                 options.secret.value_or(false) ? HandheldRecord::secret : 0);
     if (id == 0) throw HandheldError("the database is full");
     line.out << id << "\n";
@@ -124,11 +109,10 @@ void changeRecord(Handheld& handheld, const RecordOptions& options) {
         throw UsageError("give new content, a category, --secret or --no-secret");
     }
     HandheldDatabase& database = findDatabase(handheld, options.database);
-    const std::uint32_t id = parseRecordId(options.record);
-    const HandheldRecord* record = database.records().find(id);
-    if (!record || record->isGone()) throw HandheldError("no such record: " + options.record);
-    if (changesContent) database.editRecord(id, changedContent(database, *record, options));
-    if (options.category) database.moveRecord(id, *options.category);
+    const HandheldRecord& record = liveRecord(database, options.record);
+    const std::uint32_t id = record.id;
+    if (changesContent) database.editRecord(id, changedContent(database, record, options));
+    if (options.category) database.moveRecord(id, parseCategory(database, *options.category));
     if (options.secret) database.markSecret(id, *options.secret);
 }
 

@@ -30,6 +30,7 @@ void addCommands(CommandLine& line) {
     addShowCommand(line);
     addCalendarCommand(line);
     addRecordCommands(line);
+    addReplyCommand(line);
     addCategoryCommand(line);
     addPreferenceCommand(line);
     addFileCommands(line);

@@ -13,6 +13,7 @@
 #include "handheld/HandheldError.h"
 #include "handheld/HandheldFolder.h"
 #include "handheld/commands/CommandLine.h"
+#include "handheld/commands/MailOptions.h"
 #include "handheld/commands/clockText.h"
 #include "handheld/commands/handheldText.h"
 #include "handheld/knownDatabases.h"
@@ -113,6 +114,7 @@ private:
 struct ConfigureOptions {
     DeviceOptions device;
     PasswordOptions password;
+    MailOptions mail;
     std::optional<std::string> address;
     std::optional<std::string> port;
     std::optional<std::string> notesName;
@@ -125,8 +127,8 @@ struct ConfigureOptions {
     bool changesApplications() const { return type || conflict || daysBefore || daysAfter; }
 
     bool changesSomething() const {
-        return changesApplications() || password.isGiven() || address || port || notesName || device.osVersion
-            || device.clock || device.userName;
+        return changesApplications() || mail.isGiven() || password.isGiven() || address || port || notesName
+            || device.osVersion || device.clock || device.userName;
     }
 
     bool concerns(const KnownApplication& application) const {
@@ -225,6 +227,7 @@ void printJson(std::ostream& out, const Handheld& handheld, const ConfigurationD
                                                   {"daysBefore", choice.daysBefore},
                                                   {"daysAfter", choice.daysAfter}};
     }
+    json["mail"] = mailChoiceJson(handheld);
     out << json.dump(2) << "\n";
 }
 
@@ -235,8 +238,9 @@ void printTable(std::ostream& out, const Handheld& handheld, const Configuration
         << "owner        " << handheld.userName << "\n"
         << "server       " << connection.serverAddress << ":" << connection.serverPort << "\n"
         << "Notes name   " << fromHandheldText(connection.userName) << "\n"
-        << "password     " << (connection.password.empty() ? "none" : "set") << "\n\n"
-        << "application  next type    conflict  window\n";
+        << "password     " << (connection.password.empty() ? "none" : "set") << "\n";
+    printMailChoice(out, handheld);
+    out << "\napplication  next type    conflict  window\n";
     for (const KnownApplication& application : knownApplications) {
         const ApplicationChoice& choice = configuration.applications().at(application.configurationCategory);
         out << std::left << std::setw(13) << application.name << std::setw(13) << typeName(choice)
@@ -248,6 +252,7 @@ void printTable(std::ostream& out, const Handheld& handheld, const Configuration
 void configure(CommandLine& line, const ConfigureOptions& options) {
     HandheldFolder folder = HandheldFolder::open(line.folder);
     options.device.apply(folder.handheld());
+    options.mail.apply(folder.handheld());
     ConfigurationDatabase configuration(folder.handheld());
     applyConnection(options, configuration, line);
     if (options.changesApplications()) applyChoices(options, configuration);
@@ -286,6 +291,7 @@ void addConfigureCommand(CommandLine& line) {
     auto options = std::make_shared<ConfigureOptions>();
     addConnectionOptions(command, *options);
     addApplicationOptions(command, *options);
+    options->mail.addTo(command);
     options->device.addTo(command);
     command.callback([&line, options] { line.action = [&line, options] { configure(line, *options); }; });
 }

@@ -3,6 +3,7 @@
 #include <iomanip>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <ostream>
 
 #include "device/fourCharacterCode.h"
@@ -11,10 +12,16 @@
 #include "handheld/HandheldError.h"
 #include "handheld/HandheldFolder.h"
 #include "handheld/commands/CommandLine.h"
+#include "handheld/commands/DataOptions.h"
+#include "handheld/commands/categoryName.h"
 #include "handheld/commands/databaseName.h"
 #include "handheld/commands/handheldText.h"
+#include "handheld/commands/mailList.h"
 #include "handheld/forms/RecordForm.h"
+#include "handheld/forms/fieldText.h"
 #include "handheld/freeTimeGrid.h"
+#include "handheld/mailFolders.h"
+#include "records/InfoBlock.h"
 
 namespace tsr {
 
@@ -109,11 +116,16 @@ FieldValues fieldsOf(const HandheldDatabase& database, const HandheldRecord& rec
 // Further lines of a text stand below its first.
 std::string indented(const std::string& text) {
     std::string lines;
-    for (const char c : fromHandheldText(text)) {
+    for (const char c : shownHandheldText(text)) {
         lines += c;
         if (c == '\n') lines += std::string(18, ' ');
     }
     return lines;
+}
+
+// The identity of the Notes item that an answer to this mail tells the server; empty for none.
+std::string answeredUnid(const HandheldDatabase& database, const FieldValues& values) {
+    return database.name() == mailDatabase ? parseInfoBlock(fieldValue(values, "body"), {}, {}).unid : "";
 }
 
 void showFields(std::ostream& out, const HandheldDatabase& database, const FieldValues& values) {
@@ -122,6 +134,8 @@ void showFields(std::ostream& out, const HandheldDatabase& database, const Field
         if (value == values.end()) continue;
         out << "    " << std::left << std::setw(14) << name << indented(value->second) << "\n";
     }
+    const std::string unid = answeredUnid(database, values);
+    if (!unid.empty()) out << "    information   an answer goes to the Notes item " << unid << "\n";
 }
 
 Json recordJson(const HandheldDatabase& database, const HandheldRecord& record) {
@@ -130,8 +144,9 @@ Json recordJson(const HandheldDatabase& database, const HandheldRecord& record) 
                  {"category", record.category},
                  {"size", record.data.size()},
                  {"data", hexText(withoutPassword(database, record))}};
-    for (const auto& [name, value] : fieldsOf(database, record))
-        json["fields"][name] = fromHandheldText(value);
+    const FieldValues fields = fieldsOf(database, record);
+    for (const auto& [name, value] : fields) json["fields"][name] = fromHandheldText(value);
+    if (const std::string unid = answeredUnid(database, fields); !unid.empty()) json["answersTo"] = unid;
     return json;
 }
 
@@ -193,19 +208,32 @@ void showFreeTime(const CommandLine& line, Handheld& handheld, bool ascii) {
 
 struct ShowOptions {
     std::string database;
+    std::vector<std::string> records; // ids; empty for all
     bool ascii = false;
     bool modified = false;
     bool hexadecimal = false;
 };
 
+std::vector<HandheldRecord> chosenRecords(const HandheldDatabase& database, const ShowOptions& options) {
+    if (options.records.empty()) return database.records().all();
+    std::vector<HandheldRecord> records;
+    for (const std::string& id : options.records) {
+        const HandheldRecord* const record = database.records().find(parseRecordId(id));
+        if (record == nullptr) throw HandheldError("no such record: " + id);
+        records.push_back(*record);
+    }
+    return records;
+}
+
 void show(const CommandLine& line, const ShowOptions& options) {
     HandheldFolder folder = HandheldFolder::open(line.folder);
     if (options.database == freeTimeName) {
+        if (!options.records.empty()) throw UsageError("freetime shows all colleagues");
         showFreeTime(line, folder.handheld(), options.ascii);
         return;
     }
     const HandheldDatabase& database = findDatabase(folder.handheld(), options.database);
-    std::vector<HandheldRecord> records = database.records().all();
+    std::vector<HandheldRecord> records = chosenRecords(database, options);
     if (options.modified)
         std::erase_if(records, [](const HandheldRecord& record) { return !record.isModified(); });
     if (line.json)
@@ -214,17 +242,36 @@ void show(const CommandLine& line, const ShowOptions& options) {
         showTable(line.out, database, records, options.hexadecimal);
 }
 
+struct ListOptions {
+    std::optional<std::string> name;
+    std::optional<std::string> folder;
+};
+
+void list(const CommandLine& line, const ListOptions& options) {
+    HandheldFolder folder = HandheldFolder::open(line.folder);
+    if (!options.name && !options.folder) {
+        listDatabases(line.out, folder.handheld(), line.json);
+        return;
+    }
+    HandheldDatabase& database = findDatabase(folder.handheld(), options.name.value_or(mailDatabase));
+    if (database.name() != mailDatabase)
+        throw UsageError("mail has a list; handheld show shows the records of others");
+    std::optional<std::uint8_t> category;
+    if (options.folder) category = parseCategory(database, *options.folder);
+    listMail(line.out, database, category, line.json);
+}
+
 } // namespace
 
 void addListCommand(CommandLine& line) {
-    CLI::App& command = line.addCommand("list", "List the databases", "--json");
+    CLI::App& command = line.addCommand("list", "List the databases, or the mail of all folders or of one",
+                                        "mail --folder Inbox");
     line.addJsonOption(command);
-    command.callback([&line] {
-        line.action = [&line] {
-            HandheldFolder folder = HandheldFolder::open(line.folder);
-            listDatabases(line.out, folder.handheld(), line.json);
-        };
-    });
+    auto options = std::make_shared<ListOptions>();
+    command.add_option("NAME", options->name, "mail for messages, otherwise databases are listed");
+    command.add_option("--folder", options->folder,
+                       "Inbox, Outbox, Deleted, Filed, Draft, or the number of a category");
+    command.callback([&line, options] { line.action = [&line, options] { list(line, *options); }; });
 }
 
 void addShowCommand(CommandLine& line) {
@@ -237,6 +284,7 @@ void addShowCommand(CommandLine& line) {
         .add_option("NAME", options->database,
                     "A database, an application (address, datebook, mail, memo, todo), or freetime")
         ->required();
+    command.add_option("ID", options->records, "These records, otherwise all");
     command.add_flag("--modified", options->modified, "Only records that the next HotSync sees as changed");
     command.add_flag("--hex", options->hexadecimal, "Show the bytes of records, not their fields");
     command.add_flag("--ascii", options->ascii, "Draw free time with # < > . instead of blocks");

@@ -1,26 +1,9 @@
 #include "tessera/commands/MemoForm.h"
 
-#include <fstream>
-#include <iterator>
-
 #include "tessera/Memo.h"
-#include "tessera/TesseraError.h"
+#include "tessera/commands/inputText.h"
 
 namespace tsr {
-
-namespace {
-
-std::string readText(const TesseraCommandLine& line, const std::string& name) {
-    std::ifstream file;
-    if (name != "-") {
-        file.open(name, std::ios::binary);
-        if (!file) throw TesseraError("cannot read '" + name + "'");
-    }
-    std::istream& input = name == "-" ? line.in : file;
-    return {std::istreambuf_iterator<char>(input), {}};
-}
-
-} // namespace
 
 const DocumentForm::Words& MemoForm::words() const {
     static constexpr Words words{
@@ -63,7 +46,7 @@ void MemoForm::apply(const TesseraCommandLine& line, Document& document) const {
     Memo memo = toMemo(document);
     if (subject_) memo.subject = *subject_;
     if (body_) memo.body = *body_;
-    if (file_) memo.body = readText(line, *file_);
+    if (file_) memo.body = inputText(line, *file_);
     categories_.apply(memo.categories);
     setMemo(document.properties, memo);
 }

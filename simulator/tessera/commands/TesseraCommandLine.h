@@ -36,6 +36,7 @@ void addServeCommand(TesseraCommandLine& line);
 void addUserCommands(TesseraCommandLine& line);
 void addMeetingCommands(TesseraCommandLine& line);
 void addCalendarCommand(TesseraCommandLine& line);
+void addMailCommands(TesseraCommandLine& line);
 
 // The user of that name; raises TesseraError when there is none.
 User namedUser(Store& store, const std::string& name);

@@ -1,7 +1,6 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <ostream>
 
@@ -9,17 +8,25 @@
 
 #include "interchange/InterchangeError.h"
 #include "interchange/iCalendar.h"
+#include "interchange/mailbox.h"
+#include "interchange/messageFile.h"
 #include "interchange/vCard.h"
 #include "tessera/Meeting.h"
 #include "tessera/TesseraError.h"
 #include "tessera/commands/ArgumentError.h"
 #include "tessera/commands/DocumentForm.h"
 #include "tessera/commands/TesseraCommandLine.h"
+#include "tessera/commands/documentChoice.h"
+#include "tessera/commands/inputText.h"
+#include "tessera/commands/mailFiles.h"
+#include "tessera/commands/mailTexts.h"
 #include "tessera/commands/meetingJson.h"
 #include "tessera/commands/readings.h"
 #include "tessera/commands/shown.h"
 #include "tessera/commands/userTexts.h"
 #include "tessera/contactDocument.h"
+#include "tessera/mailDocument.h"
+#include "tessera/mailMessage.h"
 #include "tessera/meetingEvent.h"
 #include "tessera/taskDocument.h"
 
@@ -29,13 +36,15 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// Everything is in JSON; the others hold the contacts, or the meetings and tasks, of one user.
-enum class FileFormat { Everything, VCard3, VCard4, ICalendar };
+// Everything is in JSON; the others hold the contacts, the meetings and tasks, or the mail of one user.
+enum class FileFormat { Everything, VCard3, VCard4, ICalendar, Message, Mailbox };
 
 struct FileOptions {
     std::string name; // of the file
     std::string user;
     std::string format;
+    std::string folder; // of mail
+    std::string id;     // of one message
 };
 
 FileFormat formatOf(const FileOptions& options) {
@@ -45,6 +54,10 @@ FileFormat formatOf(const FileOptions& options) {
         return FileFormat::VCard4;
     if (options.format == "icalendar" || (options.format.empty() && options.name.ends_with(".ics")))
         return FileFormat::ICalendar;
+    if (options.format == "eml" || (options.format.empty() && options.name.ends_with(".eml")))
+        return FileFormat::Message;
+    if (options.format == "mbox" || (options.format.empty() && options.name.ends_with(".mbox")))
+        return FileFormat::Mailbox;
     return FileFormat::Everything;
 }
 
@@ -59,6 +72,15 @@ Json meetingsJson(Store& store, const User& user) {
         meetings.push_back(meetingJson(*meeting, exactText(meeting->start)));
     }
     return meetings;
+}
+
+Json messagesJson(Store& store, const User& user) {
+    Json list = Json::array();
+    for (const Document& document : store.documents(store.mailDatabase(user.id).id, mailKind)) {
+        const Mail mail = toMail(document.properties);
+        list.push_back(mailJson(mail, exactText(mail.date)));
+    }
+    return list;
 }
 
 Json documentsJson(Store& store, const User& user, const DocumentForm& form) {
@@ -78,7 +100,8 @@ Json storeJson(Store& store, const DocumentForms& forms) {
                      {"zone", user.zoneName},
                      {"hours", hoursText(user.hours)},
                      {"days", daysText(user.hours)},
-                     {"meetings", meetingsJson(store, user)}};
+                     {"meetings", meetingsJson(store, user)},
+                     {"mail", messagesJson(store, user)}};
         for (const DocumentForm* form : forms) json[form->words().plural] = documentsJson(store, user, *form);
         users.push_back(std::move(json));
     }
@@ -135,6 +158,21 @@ std::string calendarOf(Store& store, const std::string& userName) {
                         clockOf(user.zone));
 }
 
+std::string folderOf(const FileOptions& options) {
+    return options.folder.empty() ? std::string() : parsedFolder(options.folder);
+}
+
+std::string messageOf(Store& store, const FileOptions& options) {
+    const User user = namedUser(store, options.user);
+    if (options.id.empty()) throw ArgumentError("an .eml file holds one message: name it with --mail");
+    return messageText(toMailMessage(
+        chosenDocument(store, store.mailDatabase(user.id).id, mailKind, options.id, "mail", user.name)));
+}
+
+std::string mailboxOf(Store& store, const FileOptions& options) {
+    return mailboxText(mailOf(store, namedUser(store, options.user), folderOf(options)));
+}
+
 void exportFile(const TesseraCommandLine& line, const FileOptions& options, const DocumentForms& forms) {
     Store store = line.openStore();
     const FileFormat format = formatOf(options);
@@ -145,17 +183,9 @@ void exportFile(const TesseraCommandLine& line, const FileOptions& options, cons
     case FileFormat::VCard3: write(line, options.name, vCards(store, options.user, VCardVersion::V3)); break;
     case FileFormat::VCard4: write(line, options.name, vCards(store, options.user, VCardVersion::V4)); break;
     case FileFormat::ICalendar: write(line, options.name, calendarOf(store, options.user)); break;
+    case FileFormat::Message: write(line, options.name, messageOf(store, options)); break;
+    case FileFormat::Mailbox: write(line, options.name, mailboxOf(store, options)); break;
     }
-}
-
-std::string readAll(const TesseraCommandLine& line, const std::string& input) {
-    std::ifstream file;
-    if (input != "-") {
-        file.open(input, std::ios::binary);
-        if (!file) throw TesseraError("cannot read '" + input + "'");
-    }
-    std::istream& stream = input == "-" ? line.in : file;
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 Json parsedJson(const std::string& text, const std::string& input) {
@@ -179,11 +209,19 @@ void importMeeting(Store& store, const User& user, const Meeting& meeting) {
     store.addDocument(store.mailDatabase(user.id).id, meetingKind, toProperties(meeting));
 }
 
+void addMail(Store& store, const User& user, const Mail& mail) {
+    Properties properties;
+    setMail(properties, mail);
+    store.addDocument(store.mailDatabase(user.id).id, mailKind, properties);
+}
+
 void importJson(Store& store, const Json& json, const DocumentForms& forms) {
     for (const Json& userJson : json.at("users")) {
         const User user = userToImport(store, userJson);
         for (const Json& meeting : userJson.value("meetings", Json::array()))
             importMeeting(store, user, meetingFromJson(meeting, user.zone));
+        for (const Json& mail : userJson.value("mail", Json::array()))
+            addMail(store, user, mailFromJson(mail));
         for (const DocumentForm* form : forms) {
             const DocumentForm::Words& words = form->words();
             for (const Json& document : userJson.value(words.plural, Json::array())) {
@@ -227,6 +265,12 @@ std::vector<std::string> importMeetings(Store& store, const std::string& userNam
     return refused;
 }
 
+std::vector<std::string> importMessages(Store& store, const FileOptions& options,
+                                        const std::vector<MailMessage>& messages) {
+    const std::string folder = folderOf(options);
+    return importMail(store, namedUser(store, options.user), messages, folder.empty() ? inboxFolder : folder);
+}
+
 std::vector<std::string> importText(Store& store, const FileOptions& options, const std::string& text,
                                     const DocumentForms& forms) {
     switch (formatOf(options)) {
@@ -236,6 +280,8 @@ std::vector<std::string> importText(Store& store, const FileOptions& options, co
     case FileFormat::ICalendar:
         importTasks(store, options.user, text);
         return importMeetings(store, options.user, text);
+    case FileFormat::Message: return importMessages(store, options, {readMessage(text)});
+    case FileFormat::Mailbox: return importMessages(store, options, readMailbox(text));
     }
     return {};
 }
@@ -263,7 +309,7 @@ std::vector<std::string> importAll(Store& store, const FileOptions& options, con
 void importFile(const TesseraCommandLine& line, const FileOptions& options, const DocumentForms& forms) {
     if (formatOf(options) != FileFormat::Everything && options.user.empty())
         throw ArgumentError("--user tells whose these become");
-    const std::string text = readAll(line, options.name);
+    const std::string text = inputText(line, options.name);
     const bool isNew = !std::filesystem::exists(line.file);
     try {
         Store store = line.makeStore();
@@ -278,10 +324,11 @@ void importFile(const TesseraCommandLine& line, const FileOptions& options, cons
 
 CLI::Option* addFormatOption(CLI::App& command, FileOptions& options) {
     return command
-        .add_option("--format", options.format,
-                    "json, vcard (4.0), vcard3 (3.0) or icalendar; otherwise .vcf and .ics at the end "
-                    "of the name tell it, and everything else is JSON")
-        ->check(CLI::IsMember({"json", "vcard", "vcard3", "icalendar"}));
+        .add_option(
+            "--format", options.format,
+            "json, vcard (4.0), vcard3 (3.0), icalendar, eml or mbox; otherwise .vcf, .ics, .eml and .mbox "
+            "at the end of the name tell it, and everything else is JSON")
+        ->check(CLI::IsMember({"json", "vcard", "vcard3", "icalendar", "eml", "mbox"}));
 }
 
 } // namespace
@@ -290,29 +337,36 @@ void addTesseraFileCommands(TesseraCommandLine& line, const DocumentForms& forms
     const auto options = std::make_shared<FileOptions>();
     CLI::App& import = line.command(line.app, "import",
                                     "Adds what stands in a file: that 'export' has written, or of contacts, "
-                                    "meetings or tasks",
+                                    "meetings, tasks or mail",
                                     [&line, &forms, options] { importFile(line, *options, forms); });
     import.footer(
         "  tessera office.db import office.json\n"
         "  tessera office.db import --user \"Pat Lee\" friends.vcf\n"
         "  tessera office.db import --user \"Pat Lee\" calendar.ics\n"
+        "  tessera office.db import --user \"Pat Lee\" --folder Sent old.mbox\n"
         "Of JSON, a user who is there already keeps his settings and gets what stands there besides\n"
         "what he has. A meeting that a handheld can't hold is passed over and named. A new one cannot log in "
         "until 'user edit --password' has given him a password.");
     import.add_option("INPUT", options->name, "The file to read; - is the standard input")->required();
-    import.add_option("--user", options->user, "Whose contacts, meetings or tasks they become");
+    import.add_option("--user", options->user, "Whose contacts, meetings, tasks or mail they become");
+    import.add_option("--folder", options->folder, "The folder of mail: Inbox, Drafts or Sent (Inbox)");
     addFormatOption(import, *options);
 
     CLI::App& exported = line.command(
         line.app, "export",
         "Writes all users and what is theirs as JSON, without passwords, or somebody's contacts, "
-        "or meetings and tasks",
+        "or meetings and tasks, or mail",
         [&line, &forms, options] { exportFile(line, *options, forms); });
     exported.footer("  tessera office.db export --output office.json\n"
                     "  tessera office.db export --user \"Pat Lee\" --output friends.vcf\n"
-                    "  tessera office.db export --user \"Pat Lee\" --output calendar.ics");
+                    "  tessera office.db export --user \"Pat Lee\" --output calendar.ics\n"
+                    "  tessera office.db export --user \"Pat Lee\" --folder Inbox --output mail.mbox\n"
+                    "  tessera office.db export --user \"Pat Lee\" --mail 94515958 --output lunch.eml");
     exported.add_option("--output", options->name, "The file to write; without it they are printed");
-    exported.add_option("--user", options->user, "Whose contacts, or meetings and tasks");
+    exported.add_option("--user", options->user, "Whose contacts, meetings and tasks, or mail");
+    exported.add_option("--folder", options->folder, "Mail of this folder only");
+    exported.add_option("--mail", options->id,
+                        "The message of an .eml file: its identity or the first digits of it");
     addFormatOption(exported, *options);
 }
 

@@ -40,13 +40,14 @@ void addCommands(TesseraCommandLine& line, const DocumentForms& forms) {
     addServeCommand(line);
     addGroup(line.app, "user", "Adds, edits, deletes and lists users");
     addGroup(line.app, "list", "Lists users, or what is theirs");
-    addGroup(line.app, "show", "Shows one user, meeting, contact, memo or task, or a calendar");
-    addGroup(line.app, "add", "Adds a meeting, a contact, a memo or a task");
-    addGroup(line.app, "edit", "Changes a meeting, a contact, a memo or a task");
-    addGroup(line.app, "delete", "Deletes a meeting, a contact, a memo or a task");
+    addGroup(line.app, "show", "Shows one user, meeting, contact, memo, task or mail, or a calendar");
+    addGroup(line.app, "add", "Adds a meeting, a contact, a memo, a task or a mail");
+    addGroup(line.app, "edit", "Changes a meeting, a contact, a memo, a task or a mail");
+    addGroup(line.app, "delete", "Deletes a meeting, a contact, a memo, a task or a mail");
     addUserCommands(line);
     addMeetingCommands(line);
     addCalendarCommand(line);
+    addMailCommands(line);
     for (DocumentForm* form : forms) addDocumentCommands(line, *form);
     addTesseraFileCommands(line, forms);
 }

@@ -9,7 +9,7 @@
 #include "handheld/ConfigurationDatabase.h"
 #include "handheld/HandheldFolder.h"
 #include "handheld/pdbFile.h"
-#include "simulator/handheld/TemporaryFolder.h"
+#include "simulator/handheld/commands/RunHandheld.h"
 
 namespace tsr {
 namespace {
@@ -17,43 +17,8 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using Words = RunHandheld::Words;
 using Bytes = std::vector<std::uint8_t>;
-using Words = std::vector<std::string>;
-
-class RunHandheld : public testing::Test {
-protected:
-    std::string folder() const { return (temporary_.path() / "palm").string(); }
-    std::string file(const char* name) const { return (temporary_.path() / name).string(); }
-
-    int run(Words words, const std::string& typed = {}) {
-        out_.str({});
-        err_.str({});
-        words.insert(words.begin(), folder());
-        std::istringstream in(typed);
-        return runHandheld(words, in, out_, err_);
-    }
-
-    void init() { ASSERT_EQ(run({"init", "--clock", "2002-02-06T12:34:56"}), 0) << err_.str(); }
-
-    void expectRefused(const Words& words, int status) {
-        SCOPED_TRACE(testing::PrintToString(words));
-        const Handheld before = HandheldFolder::open(folder()).handheld();
-        EXPECT_EQ(run(words), status);
-        EXPECT_THAT(err_.str(), testing::MatchesRegex("handheld: [^\n]+\n"));
-        EXPECT_THAT(out_.str(), IsEmpty());
-        EXPECT_EQ(HandheldFolder::open(folder()).handheld(), before);
-    }
-
-    std::vector<HandheldRecord> memos() {
-        return HandheldFolder::open(folder()).handheld().find("MemoDB")->records().all();
-    }
-    nlohmann::json json() const { return nlohmann::json::parse(out_.str()); }
-
-    TemporaryFolder temporary_;
-    std::ostringstream out_;
-    std::ostringstream err_;
-};
-
 TEST_F(RunHandheld, MakesAHandheld) {
     EXPECT_EQ(run({"init", "--os-version", "3.5", "--clock", "2002-02-06T12:34:56", "--user-name", "Pat"}),
               0);
@@ -283,6 +248,32 @@ TEST_F(RunHandheld, ListsAndNamesCategories) {
     EXPECT_THAT(out_.str(), HasSubstr("Outbox"));
 }
 
+TEST_F(RunHandheld, NamesACategoryOrNumbersIt) {
+    init();
+    EXPECT_EQ(run({"add", "memo", "text=a", "--category", "business"}), 0);
+    EXPECT_EQ(run({"add", "memo", "text=b", "--category", "Personal"}), 0);
+    EXPECT_EQ(run({"edit", "memo", "1", "--category", "UNFILED"}), 0);
+    EXPECT_EQ(memos()[0].category, 0);
+    EXPECT_EQ(memos()[1].category, 2);
+}
+
+TEST_F(RunHandheld, ShowsChosenRecords) {
+    init();
+    for (const char* text : {"text=a", "text=b", "text=c"}) run({"add", "memo", text});
+    EXPECT_EQ(run({"show", "memo", "3", "0x1", "--json"}), 0);
+    ASSERT_EQ(json()["records"].size(), 2U);
+    EXPECT_EQ(json()["records"][0]["id"], 3);
+    EXPECT_EQ(json()["records"][1]["id"], 1);
+}
+
+// What others have written may act on a terminal.
+TEST_F(RunHandheld, ShowsNoCharacterThatActsOnATerminal) {
+    init();
+    EXPECT_EQ(run({"add", "memo", "--hex", "1B 5B 32 4A 09 0A 7F 9B 41 00"}), 0);
+    EXPECT_EQ(run({"show", "memo"}), 0);
+    EXPECT_THAT(out_.str(), HasSubstr("    text          ?[2J\t\n                  ??A\n"));
+}
+
 TEST_F(RunHandheld, ListsDatabases) {
     init();
     run({"add", "memo", "--text", "a"});
@@ -390,6 +381,11 @@ TEST_F(RunHandheld, RefusesWrongArguments) {
         {"add", "memo", "--hex", "0"},
         {"add", "memo", "--hex", "0g"},
         {"add", "memo", "--text", "a", "--category", "16"},
+        {"add", "memo", "--text", "a", "--category", "Garden"},
+        {"add", "memo", "--text", "a", "--category", ""},
+        {"add", "memo", "--text", "a", "--category", "-1"},
+        {"list", "memo"},
+        {"show", "memo", "x"},
         {"edit", "memo", "1"},
         {"edit", "memo"},
         {"edit", "memo", "1", "--secret", "--no-secret"},
@@ -412,6 +408,7 @@ TEST_F(RunHandheld, ReportsFailures) {
     const Words rows[] = {
         {"show", "nothing"},
         {"show", "freetime"}, // nobody was added
+        {"show", "memo", "7"},
         {"add", "nothing", "--text", "a"},
         {"add", "memo", "--file", "/nonexistent/file"},
         {"delete", "memo", "7"},
@@ -480,7 +477,7 @@ TEST_F(RunHandheld, Helps) {
     EXPECT_THAT(out_.str(), HasSubstr("handheld palm init"));
     const std::string overview = out_.str();
     for (const char* command : {"init", "configure", "list", "show", "add", "edit", "delete", "archive",
-                                "category", "calendar", "preference", "import", "export"}) {
+                                "category", "calendar", "preference", "import", "export", "reply"}) {
         SCOPED_TRACE(command);
         EXPECT_THAT(overview, HasSubstr(command));
         EXPECT_EQ(run({command, "--help"}), 0);

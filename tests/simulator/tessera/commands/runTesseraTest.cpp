@@ -14,6 +14,7 @@
 #include <nlohmann/json.hpp>
 
 #include "RawClient.h"
+#include "commands/RunTesseraTest.h"
 #include "tessera/Meeting.h"
 #include "tessera/Memo.h"
 #include "tessera/Store.h"
@@ -28,65 +29,6 @@ using test::requestFrame;
 using test::resultOf;
 using ::testing::HasSubstr;
 using ::testing::Not;
-
-class RunTesseraTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        ::unsetenv("TESSERA_PASSWORD");
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
-    }
-    void TearDown() override { std::filesystem::remove_all(folder); }
-
-    int run(std::vector<std::string> arguments, const std::string& input = "") {
-        arguments.insert(arguments.begin(), file);
-        std::istringstream in(input);
-        std::ostringstream outStream;
-        std::ostringstream errStream;
-        const int status = runTessera(arguments, in, outStream, errStream);
-        out = outStream.str();
-        err = errStream.str();
-        return status;
-    }
-
-    void expectFailure(int status, const std::vector<std::string>& arguments, const std::string& message) {
-        EXPECT_EQ(run(arguments), status) << message;
-        EXPECT_THAT(err, HasSubstr(message));
-        EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 1);
-        EXPECT_EQ(out, "");
-    }
-
-    // Past the command, whose password hashes take their time.
-    void addUser(const std::string& name, const std::string& zone = "CET-1CEST,M3.5.0,M10.5.0/3") {
-        User user;
-        user.name = name;
-        user.zoneName = zone;
-        user.zone = ZoneRule(zone);
-        Store(file).addUser(user, hashPassword("secret", PasswordCost::Minimal));
-    }
-
-    std::string addMeeting(const std::string& user, const std::string& start, const std::string& subject) {
-        EXPECT_EQ(run({"add", "meeting", "--user", user, "--start", start, "--subject", subject}), 0) << err;
-        return out.substr(std::string("added meeting ").size(), 8);
-    }
-
-    std::string addMemo(std::vector<std::string> arguments, const std::string& input = "") {
-        arguments.insert(arguments.begin(), {"add", "memo", "--user", "Ann"});
-        EXPECT_EQ(run(arguments, input), 0) << err;
-        return out.substr(std::string("added memo ").size(), 8);
-    }
-
-    std::string writeFile(const std::string& name, const std::string& text) const {
-        std::ofstream(folder + "/" + name) << text;
-        return folder + "/" + name;
-    }
-
-    const std::string folder = ::testing::TempDir() + "runTesseraTest."
-                             + ::testing::UnitTest::GetInstance()->current_test_info()->name();
-    const std::string file = folder + "/office.db";
-    std::string out;
-    std::string err;
-};
 
 TEST_F(RunTesseraTest, ExplainsItself) {
     for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--help"},
@@ -497,6 +439,15 @@ TEST_F(RunTesseraCalendarTest, TakesMeetingsInAndOutAsJson) {
               0)
         << err;
     EXPECT_EQ(edit(id, {"--instance", "2027-03-22", "--cancel"}), 0) << err;
+    EXPECT_EQ(run({"add", "mail", "--user", "Ann", "--from", "Bob", "--subject", "Invitation", "--date",
+                   "2026-11-24 10:00", "--minutes", "60", "--room", "R1", "--action", "Accept",
+                   "--notice-body", "Come"}),
+              0);
+    EXPECT_EQ(
+        run({"add",          "mail", "--user", "Ann",       "--folder",   "drafts", "--to",      "Bob, Eve",
+             "--cc",         "C",    "--bcc",  "D",         "--reply-to", "E",      "--subject", "Plan",
+             "--importance", "low",  "--date", "2026-11-24"}),
+        0);
     const std::string exported = folder + "/office.json";
     EXPECT_EQ(run({"export", "--output", exported}), 0);
     EXPECT_EQ(run({"export"}), 0);
@@ -680,6 +631,15 @@ TEST_F(RunTesseraTest, ExportsWhatItImports) {
     EXPECT_EQ(run({"add", "task", "--user", "Ann", "--subject", "Call", "--due", "2026-11-30", "--private",
                    "--priority", "none", "--repeats", "FREQ=DAILY", "--category", "Home"}),
               0);
+    EXPECT_EQ(run({"add", "mail", "--user", "Ann", "--from", "Bob", "--subject", "Invitation", "--date",
+                   "2026-11-24 10:00", "--minutes", "60", "--room", "R1", "--action", "Accept",
+                   "--notice-body", "Come"}),
+              0);
+    EXPECT_EQ(
+        run({"add",          "mail", "--user", "Ann",       "--folder",   "drafts", "--to",      "Bob, Eve",
+             "--cc",         "C",    "--bcc",  "D",         "--reply-to", "E",      "--subject", "Plan",
+             "--importance", "low",  "--date", "2026-11-24"}),
+        0);
     const std::string exported = folder + "/office.json";
     EXPECT_EQ(run({"export", "--output", exported}), 0);
     EXPECT_EQ(run({"export"}), 0);
@@ -723,6 +683,11 @@ TEST_F(RunTesseraTest, ImportsAllOrNothing) {
         R"({"users": [{"name": "Bob", "meetings": [{"start": "2026-11-23", "minutes": 1, "repeats": {}}]}]})",
         R"({"users": [{"name": "Bob", "meetings": [{"start": "2026-11-23", "minutes": 1, "repeats": {"unit": "daily", "every": 10000}}]}]})",
         R"({"users": [{"name": "Bob", "memos": [{"subject": "a\nb"}]}]})",
+        R"({"users": [{"name": "Bob", "mail": [{"subject": "no date"}]}]})",
+        R"({"users": [{"name": "Bob", "mail": [{"date": "1992-12-31T00:00:00Z"}]}]})",
+        R"({"users": [{"name": "Bob", "mail": [{"date": "2026-11-23T00:00:00Z", "folder": "Spam"}]}]})",
+        R"({"users": [{"name": "Bob", "mail": [{"date": "2026-11-23T00:00:00Z", "importance": "1"}]}]})",
+        R"({"users": [{"name": "Bob", "mail": [{"date": "2026-11-23T00:00:00Z", "notice": {"minutes": -1}}]}]})",
         R"({"users": [{"name": "Bob", "memos": [{"categories": "Home"}]}]})",
         R"({"users": [{"name": "Bob", "contacts": [{"phones": {"car": ["1"]}}]}]})",
         R"({"users": [{"name": "Bob", "contacts": [{"lastName": 1}]}]})",
