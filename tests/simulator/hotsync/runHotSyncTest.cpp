@@ -19,6 +19,7 @@
 #include "handheld/FreeTimeDatabase.h"
 #include "handheld/HandheldFolder.h"
 #include "handheld/forms/MailForm.h"
+#include "handheld/knownDatabases.h"
 #include "handheld/standardDatabases.h"
 #include "handheld/syncControl.h"
 #include "tessera/Meeting.h"
@@ -158,7 +159,6 @@ protected:
         fs::remove_all(palm);
         HandheldFolder::create(palm, Handheld(), [&](Handheld& handheld) {
             handheld.clock = monday + 8 * 3600;
-            if (withAllApplications) addStandardDatabases(handheld);
             FreeTimeDatabase::create(handheld);
             FreeTimeDatabase(handheld).add("Bob");
             ConfigurationDatabase configuration(handheld);
@@ -168,7 +168,16 @@ protected:
             connection.serverAddress = "127.0.0.1";
             connection.serverPort = std::to_string(server->port());
             configuration.setConnection(connection);
+            if (withAllApplications) addApplications(handheld);
         });
+    }
+
+    static void addApplications(Handheld& handheld) {
+        addStandardDatabases(handheld);
+        ApplicationChoice choice;
+        choice.type = NextReplication::Normal;
+        for (const KnownApplication& application : knownApplications)
+            ConfigurationDatabase(handheld).setApplication(application.configurationCategory, choice);
     }
 
     std::vector<std::string> arguments(const fs::path& folder) const {
