@@ -43,9 +43,9 @@ public:
     std::vector<std::string> calls;
     std::vector<std::pair<std::string, std::int32_t>> log; // entries of the HotSync log: text, activity code
     std::int32_t logOpenResult = 0;
-    std::function<void()> logFault; // in place of each entry of the log
-    std::function<void()> yieldFault;                      // before SyncYieldCycles answers
-    std::uint8_t nextHandle = 7;    // what SyncOpenDB and SyncCreateDB give, counting up
+    std::function<void()> logFault;   // in place of each entry of the log
+    std::function<void()> yieldFault; // before SyncYieldCycles answers
+    std::uint8_t nextHandle = 7;      // what SyncOpenDB and SyncCreateDB give, counting up
     std::uint16_t osMajor = 4;
     std::uint16_t osMinor = 1;
     std::uint32_t deviceTime = 1012998896; // 2002-02-06 12:34:56
