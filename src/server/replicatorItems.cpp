@@ -68,11 +68,11 @@ ItemVersion ReplicatorImpl::parseItem(ClientResponse& response, NotesItem& item,
     std::string dbidText;
     std::string sequenceText;
     while (!response.atEnd()) {
-        const StringPair property = splitPair(response.readString());
-        addValue(item, property.name, property.value);
+        StringPair property = splitPair(response.readString());
         if (property.name == unidName) unidText = property.value;
         if (property.name == dbidName) dbidText = property.value;
         if (property.name == sequenceName) sequenceText = property.value;
+        item[std::move(property.name)].push_back(std::move(property.value));
     }
     addValue(item, classNameName, className);
     if (sequenceText.empty()) throw GeneralError(Message::NoSequenceNumber);
