@@ -14,7 +14,8 @@ void useBinaryStreams(); // for messages on standard input and output
 void setConduitClock(std::int64_t secondsSince1970);
 
 // On Windows: "no-networking" takes WSOCK32 away, "no-function NAME" a function of it, "no-strings" the
-// string table. They stay for as long as the program runs. Raises std::runtime_error for others.
+// string table, and "control-key" holds that key down. They stay for as long as the program runs. Raises
+// std::runtime_error for others.
 void orderConduitFault(const std::string& fault);
 
 // What this process holds.

@@ -42,6 +42,8 @@ FARPROC WINAPI allButTheMissing(HMODULE module, const char* name) {
     return nullptr;
 }
 
+SHORT WINAPI keyIsDown(int) { return static_cast<SHORT>(0x8000); }
+
 int WINAPI noString(HINSTANCE, UINT, char*, int) { return 0; }
 
 // The conduit as it lies in memory.
@@ -125,6 +127,8 @@ void orderConduitFault(const std::string& fault) {
         replaceInConduit("KERNEL32.dll", "LoadLibraryA", noLibrary);
     } else if (fault == "no-strings") {
         replaceInConduit("USER32.dll", "LoadStringA", noString);
+    } else if (fault == "control-key") {
+        replaceInConduit("USER32.dll", "GetAsyncKeyState", keyIsDown);
     } else if (fault.starts_with(functionFault)) {
         missingFunction = fault.substr(functionFault.size());
         replaceInConduit("KERNEL32.dll", "GetProcAddress", allButTheMissing);
