@@ -1,9 +1,9 @@
 # Warnings are errors in our own code, with every target alike.
-add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow;-Werror>")
 
 # This compiler takes assignments of short texts to a std::string for overlapping copies (its bug 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    add_compile_options(-Wno-restrict)
+    add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
 endif()
 
 if(TSR_SANITIZE)

@@ -67,6 +67,7 @@ std::optional<std::pair<std::uint64_t, std::int32_t>> parseFailedCall(const std:
 
 void define(CLI::App& app, Options& options) {
     app.footer(footer);
+    app.allow_windows_style_options(false); // a path may begin with a slash there too
     app.add_option("handheld", options.folder, "Folder of the simulated handheld")->required();
     app.add_option("-a,--application", options.applications,
                    "Synchronise this application; may be given again")

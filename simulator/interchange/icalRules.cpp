@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <ctime>
 
 #include "interchange/InterchangeError.h"
 #include "interchange/calendarDays.h"
@@ -21,7 +22,9 @@ constexpr unsigned lastOfMonth = 5;
 constexpr unsigned mostInstances = 4;
 constexpr std::array<const char*, 7> dayNames{"SU", "MO", "TU", "WE", "TH", "FR", "SA"};
 
-const sys_days endOfTime = std::chrono::year(2200) / 1 / 1;
+// The library's own reading ends with its clock.
+const sys_days endOfTime =
+    sizeof(std::time_t) == 4 ? std::chrono::year(2037) / 12 / 31 : std::chrono::year(2200) / 1 / 1;
 
 [[noreturn]] void refuse() { throw InterchangeError("it repeats by a rule that a handheld can't hold"); }
 

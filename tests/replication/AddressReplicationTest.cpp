@@ -2,7 +2,6 @@
 #include "handheld/forms/AddressForm.h"
 #include "replication/ContactItems.h"
 #include "replication/ReplicationTest.h"
-#include "replication/failedCall.h"
 #include "tessera/contactDocument.h"
 
 namespace tsr {
@@ -167,7 +166,6 @@ TEST_F(AddressReplication, AFailedCallLosesNothing) {
                               "display=work lastName=Cream work=12 | Business", "lastName=New | ",
                               "lastName=Notice | "};
     Strings untidy;
-    handheldSetTracing(1);
     for (std::uint64_t number = 1;; ++number) {
         SCOPED_TRACE("call " + std::to_string(number));
         startAfresh();
@@ -186,11 +184,7 @@ TEST_F(AddressReplication, AFailedCallLosesNothing) {
             change(document, dinner);
         }
         addToNotes(named("Notice"));
-        handheldRestartCount();
-        handheldFailCall(number, 0x4006);
-        hotSync();
-        handheldMend();
-        const std::string call = test::failedCall();
+        const std::string call = hotSyncWithFailedCall(number);
         sync();
         EXPECT_THAT(onDevice(), testing::IsSupersetOf(expected));
         EXPECT_THAT(inNotes(), testing::IsSupersetOf(expected));

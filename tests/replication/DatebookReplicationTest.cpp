@@ -4,7 +4,6 @@
 #include "replication/MeetingItems.h"
 #include "replication/ReplicationTest.h"
 #include "replication/calendars.h"
-#include "replication/failedCall.h"
 
 namespace tsr {
 namespace {
@@ -209,7 +208,6 @@ TEST_F(DatebookReplication, AFailedCallLosesNothing) {
                             "2002-02-14 15:00 60 Review | ", "2002-02-20 10:00 60 Staff | ",
                             "2002-02-27 10:00 60 Staff | "};
     Strings untidy;
-    handheldSetTracing(1);
     for (std::uint64_t number = 1;; ++number) {
         SCOPED_TRACE("call " + std::to_string(number));
         startAfresh();
@@ -226,11 +224,7 @@ TEST_F(DatebookReplication, AFailedCallLosesNothing) {
             replaceInNotes(document);
         }
         addToNotes(toProperties(timed("Notice", wednesday + days(3), 9)));
-        handheldRestartCount();
-        handheldFailCall(number, 0x4006);
-        hotSync();
-        handheldMend();
-        const std::string call = test::failedCall();
+        const std::string call = hotSyncWithFailedCall(number);
         sync();
         if (onDevice() != expected || inNotes() != expected) untidy.push_back(call);
         if (call.empty() || HasFailure()) break;

@@ -2,12 +2,11 @@
 
 #include <algorithm>
 
-#include "conduit/openConduit.h"
 #include "handheld/CategoryTable.h"
 #include "handheld/HandheldError.h"
-#include "handheld/logControl.h"
 #include "handheld/standardDatabases.h"
 #include "handheld/syncControl.h"
+#include "replication/SessionHost.h"
 #include "tessera/categories.h"
 
 #include "gmock/gmock.h"
@@ -37,15 +36,11 @@ NextReplication Replica::nextReplication() {
     return ConfigurationDatabase(handheld_).applications().at(kind_.application().configurationCategory).type;
 }
 
-void Replica::runConduit(bool slow) {
-    hotSyncLogClear();
-    const auto properties = std::make_unique<SyncProperties>();
-    properties->creator = kind_.application().creator;
-    properties->syncType = slow ? SyncProperties::slow : 0;
-    ASSERT_EQ(openConduit(nullptr, properties.get()), 0);
-    log_.clear();
-    for (std::uint64_t index = 0; index < hotSyncLogCount(); ++index)
-        log_.push_back(std::to_string(hotSyncLogActivity(index)) + ' ' + hotSyncLogText(index));
+void Replica::runConduit(bool slow, std::uint64_t failedCall) {
+    SessionRecord record = sessionHost().run(handheld_, kind_.application().creator, slow, failedCall);
+    ASSERT_EQ(record.result, 0);
+    log_ = std::move(record.log);
+    failedCall_ = std::move(record.failedCall);
 }
 
 void Replica::expectCleanLog() const {
@@ -56,6 +51,12 @@ void Replica::expectCleanLog() const {
 void Replica::hotSync(bool slow) {
     runConduit(slow);
     handheldEndSession(); // closes what a failed call has left open
+}
+
+std::string Replica::hotSyncWithFailedCall(std::uint64_t number) {
+    runConduit(false, number);
+    handheldEndSession();
+    return failedCall_;
 }
 
 void Replica::sync(bool slow) {

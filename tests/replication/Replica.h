@@ -23,13 +23,17 @@ public:
 
     // As the HotSync manager does it for this application; several of them make one HotSync. Afterwards log()
     // has its entries, each behind the number of its activity.
-    void runConduit(bool slow);
+    void runConduit(bool slow, std::uint64_t failedCall = 0);
     const Strings& log() const { return log_; }
     void expectCleanLog() const;
 
     // One HotSync of this application alone, whatever comes of it.
     void hotSync(bool slow = false);
     void sync(bool slow = false); // without a fault
+
+    // One whose call `number` of the handheld, from 1, fails with 0x4006. Gives the call as it was made;
+    // nothing where the session ended before its turn.
+    std::string hotSyncWithFailedCall(std::uint64_t number);
 
     void expectNothingMoves(); // in another HotSync
 
@@ -49,6 +53,7 @@ private:
     Handheld& handheld_;
     const std::unique_ptr<Office>& office_;
     Strings log_;
+    std::string failedCall_;
 };
 
 // Of an application whose items are one record each.

@@ -18,7 +18,7 @@ void ReplicationTest::replaceHandheld() {
                                       .password = "pw",
                                       .serverName = {},
                                       .serverAddress = "127.0.0.1",
-                                      .serverPort = office->port()};
+                                      .serverPort = serverPort()};
     ConfigurationDatabase(handheld).setConnection(connection);
 }
 

@@ -22,6 +22,9 @@ protected:
     void connectAfresh();
     void replaceHandheld(); // by a new one for the office that there is
 
+    // The one that the handheld is configured for.
+    virtual std::string serverPort() { return office->port(); }
+
     std::unique_ptr<Office> office;
 };
 

@@ -2,7 +2,6 @@
 #include "handheld/forms/ToDoForm.h"
 #include "replication/ReplicationTest.h"
 #include "replication/TaskItems.h"
-#include "replication/failedCall.h"
 #include "tessera/taskDocument.h"
 
 namespace tsr {
@@ -183,7 +182,6 @@ TEST_F(ToDoReplication, AFailedCallLosesNothing) {
     const Strings expected = {"[ ] 1 New |  | ", "[ ] 2 Dinner | , private | Garden", "[ ] 2 Notice |  | ",
                               "[x] 1 Cream | , private | Business"};
     Strings untidy;
-    handheldSetTracing(1);
     for (std::uint64_t number = 1;; ++number) {
         SCOPED_TRACE("call " + std::to_string(number));
         startAfresh();
@@ -200,11 +198,7 @@ TEST_F(ToDoReplication, AFailedCallLosesNothing) {
         dinner.isPrivate = true;
         change(find("Lunch"), dinner);
         addToNotes(named("Notice"));
-        handheldRestartCount();
-        handheldFailCall(number, 0x4006);
-        hotSync();
-        handheldMend();
-        const std::string call = test::failedCall();
+        const std::string call = hotSyncWithFailedCall(number);
         sync();
         EXPECT_THAT(onDevice(), testing::IsSupersetOf(expected));
         EXPECT_THAT(inNotes(), testing::IsSupersetOf(expected));

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "replication/SessionHost.h"
+#include "replication/WireTap.h"
+
+namespace tsr::test {
+
+// All that a session leaves for others to see.
+struct SessionPicture {
+    std::vector<std::string> log;
+    std::string wire;                                           // see WireTap
+    std::map<std::string, std::vector<std::uint8_t>> databases; // by name, as the files that they would be
+
+    bool operator==(const SessionPicture&) const = default;
+};
+
+// Has another host do the work and takes a picture of each session. From the first to the last day of its
+// life all sessions go through it.
+class RecordingHost : public ISessionHost {
+public:
+    RecordingHost(std::unique_ptr<ISessionHost> host, WireTap& tap) : host_(std::move(host)), tap_(tap) {
+        setSessionHost(this);
+    }
+    ~RecordingHost() override { setSessionHost(nullptr); }
+
+    SessionRecord run(Handheld& handheld, std::uint32_t creator, bool slow,
+                      std::uint64_t failedCall) override;
+
+    const std::vector<SessionPicture>& pictures() const { return pictures_; }
+
+private:
+    std::unique_ptr<ISessionHost> host_;
+    WireTap& tap_;
+    std::vector<SessionPicture> pictures_;
+};
+
+} // namespace tsr::test
