@@ -5,6 +5,7 @@
 #include "replication/DatebookHistory.h"
 #include "replication/Histories.h"
 #include "replication/InProcessHost.h"
+#include "replication/MailHistory.h"
 #include "replication/RecordingHost.h"
 #include "replication/RemoteHost.h"
 #include "replication/conduitHosts.h"
@@ -18,7 +19,7 @@ using test::SessionPicture;
 
 using Pictures = std::vector<SessionPicture>;
 
-// One of the two kinds of histories, with all that goes over the wire noted down.
+// One of the kinds of histories, with all that goes over the wire noted down.
 template <typename Histories>
 class Tapped : public Histories {
 protected:
@@ -62,6 +63,7 @@ private:
 
 class Parity : public Tapped<test::Histories> {};
 class DatebookParity : public Tapped<test::DatebookHistory> {};
+class MailParity : public Tapped<test::MailHistory> {};
 
 constexpr std::uint32_t seeds = 40;
 
@@ -73,6 +75,12 @@ TEST_F(Parity, ContactsMemosAndTasksLeaveTheSameBytes) {
 }
 
 TEST_F(DatebookParity, MeetingsLeaveTheSameBytes) {
+    expectSamePictures([this] {
+        for (std::uint32_t seed = 1; seed <= seeds && !HasFailure(); ++seed) run(seed);
+    });
+}
+
+TEST_F(MailParity, MailLeavesTheSameBytes) {
     expectSamePictures([this] {
         for (std::uint32_t seed = 1; seed <= seeds && !HasFailure(); ++seed) run(seed);
     });
