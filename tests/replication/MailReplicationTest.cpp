@@ -12,7 +12,6 @@
 #include "replication/RandomWords.h"
 #include "replication/ReplicationTest.h"
 #include "replication/deviceText.h"
-#include "replication/failedCall.h"
 #include "replication/mailboxes.h"
 #include "support/environment.h"
 
@@ -650,7 +649,6 @@ TEST_F(MailReplication, AFailedCallLosesNothing) {
     const Strings expected = {"Drafts - New | Ann | One", "Drafts - Plan | Max | Here",
                               "Inbox * Tea | Max | Hi", "Inbox - Lunch | Max | Hi"};
     Strings untidy;
-    handheldSetTracing(1);
     for (std::uint64_t number = 1;; ++number) {
         SCOPED_TRACE("call " + std::to_string(number));
         startAfresh();
@@ -665,11 +663,7 @@ TEST_F(MailReplication, AFailedCallLosesNothing) {
         write(drafts, "New", "Ann", "One");
         write(outbox, "Sent", "Ann", "Two");
         arrive("Tea");
-        handheldRestartCount();
-        handheldFailCall(number, 0x4006);
-        hotSync();
-        handheldMend();
-        const std::string call = test::failedCall();
+        const std::string call = hotSyncWithFailedCall(number);
         sync();
         EXPECT_THAT(onDevice(), testing::IsSupersetOf(expected));
         EXPECT_THAT(inNotes(), testing::IsSupersetOf(expected));
