@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <fcntl.h>
 #include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -37,12 +38,13 @@ RemoteHost::RemoteHost(const std::string& command) : command_(command) {
     std::signal(SIGPIPE, SIG_IGN); // a program that ends is told by the failed write
     int toProgram[2];
     int fromProgram[2];
-    if (pipe(toProgram) != 0 || pipe(fromProgram) != 0) throw std::runtime_error("no pipe can be made");
+    // Another program that is started meanwhile must not hold the ends.
+    if (pipe2(toProgram, O_CLOEXEC) != 0 || pipe2(fromProgram, O_CLOEXEC) != 0)
+        throw std::runtime_error("no pipe can be made");
     process_ = fork();
     if (process_ == 0) {
         dup2(toProgram[0], STDIN_FILENO);
         dup2(fromProgram[1], STDOUT_FILENO);
-        for (const int each : {toProgram[0], toProgram[1], fromProgram[0], fromProgram[1]}) close(each);
         execl("/bin/sh", "sh", "-c", ("exec " + command).c_str(), nullptr);
         _exit(127);
     }
