@@ -1,4 +1,5 @@
 #include "replication/DatebookHistory.h"
+#include "replication/historyCount.h"
 
 namespace tsr {
 namespace {
@@ -6,7 +7,7 @@ namespace {
 using test::DatebookHistory;
 
 TEST_F(DatebookHistory, MeetingsConverge) {
-    for (std::uint32_t seed = 1; seed <= 400 && !HasFailure(); ++seed) {
+    for (std::uint32_t seed = 1; seed <= test::historyCount(400) && !HasFailure(); ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         run(seed);
     }

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <iterator>
 
+#include "replication/historyCount.h"
+
 namespace tsr::test {
 
 void Histories::expectConvergence(const Kinds& kinds, std::uint32_t seeds) {
-    for (std::uint32_t seed = 1; seed <= seeds && !HasFailure(); ++seed) {
+    for (std::uint32_t seed = 1; seed <= historyCount(seeds) && !HasFailure(); ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         run(kinds, seed);
     }
