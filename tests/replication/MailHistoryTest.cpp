@@ -6,6 +6,7 @@
 #include <optional>
 #include <set>
 
+#include "interchange/mailAddresses.h"
 #include "records/PalmMailRecord.h"
 #include "replication/MailItems.h"
 #include "replication/ReplicationTest.h"
@@ -53,7 +54,7 @@ std::string readable(std::string body) {
 
 std::string addresses(const std::string& text) {
     std::string line;
-    for (const std::string& address : splitAddresses(text)) line += '<' + address + '>';
+    for (const std::string& address : dividedAddresses(text)) line += '<' + address + '>';
     return line;
 }
 
