@@ -120,7 +120,7 @@ std::vector<KnownItem> settleMarks(const RequestContext& context, const UserData
 
 std::vector<std::string> takeMailReplicationInfo(const RequestContext& context) {
     context.expectAtLeast(firstSelection + 3);
-    confirmSentMail(context);
+    endOutbox(context);
     const UserDatabase database = namedDatabase(context);
     const std::string folder = namedFolder(context, 1);
     const ConflictRule rule = conflictRule(context, firstSelection + 1);
