@@ -12,25 +12,36 @@ std::string trimmed(const std::string& text) {
     return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
 }
 
+// Whether the quotation mark or the angle bracket at `open` is closed in its line, so that it isn't one that
+// somebody has forgotten: then no address behind it would be reached.
+bool isClosed(const std::string& list, std::size_t open) {
+    const bool quotes = list[open] == '"';
+    const std::size_t next = list.find_first_of(quotes ? "\"\n" : "<>\n", open + 1);
+    return next != std::string::npos && list[next] == (quotes ? '"' : '>');
+}
+
 } // namespace
 
 std::vector<std::string> dividedAddresses(const std::string& list) {
     std::vector<std::string> addresses;
-    std::string address;
-    bool quoted = false;
-    bool bracketed = false;
-    for (const char c : list + '\n') {
-        if (c != '\n' && (c != ',' || quoted || bracketed)) {
-            if (c == '"') quoted = !quoted;
-            if (c == '<' || c == '>') bracketed = c == '<';
-            address += c;
-            continue;
-        }
-        address = trimmed(address);
+    const auto add = [&](std::size_t begin, std::size_t end) {
+        const std::string address = trimmed(list.substr(begin, end - begin));
         if (!address.empty()) addresses.push_back(address);
-        address.clear();
-        quoted = bracketed = false; // what was left open ends with its line
+    };
+    std::size_t begin = 0;
+    char closing = '\0'; // of the sign that is open
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        const char c = list[i];
+        if (closing != '\0') {
+            if (c == closing) closing = '\0';
+        } else if (c == '"' || c == '<') {
+            if (isClosed(list, i)) closing = c == '<' ? '>' : c;
+        } else if (c == ',' || c == '\n') {
+            add(begin, i);
+            begin = i + 1;
+        }
     }
+    add(begin, list.size());
     return addresses;
 }
 

@@ -35,7 +35,7 @@ MailSelection::MailSelection(const RequestContext& context, std::size_t first)
     : zone_(context.user().zone), start_(windowStart(context.number(first), zone_.toLocal(context.now))),
       unreadAlone_(unreadOption(context, first + 1)), formula_(formulaOf(context, first + 2)) {}
 
-bool MailSelection::selects(const Properties& message) const {
+bool MailSelection::selects(const Properties& message) {
     const Mail mail = toMail(message);
     if (zone_.toLocal(mail.date) < start_ || (unreadAlone_ && !mail.unread)) return false;
     return !formula_ || formula_->selects(message);

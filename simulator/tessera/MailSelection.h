@@ -18,7 +18,7 @@ public:
     // RequestRefused.
     MailSelection(const RequestContext& context, std::size_t first);
 
-    bool selects(const Properties& message) const;
+    bool selects(const Properties& message); // as that of SelectionFormula
 
     std::set<std::string> fields() const; // the properties that it looks at
     std::size_t strings() const { return formula_ ? 4 : 3; }

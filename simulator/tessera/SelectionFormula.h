@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <set>
 #include <string>
 
@@ -17,13 +18,15 @@ public:
     // Raises RequestRefused for what cannot be read.
     explicit SelectionFormula(const std::string& text);
 
-    bool selects(const Properties& message) const;
+    // Raises RequestRefused when all messages up to this one take too long.
+    bool selects(const Properties& message);
 
     const std::set<std::string>& fields() const { return fields_; } // of the properties that it looks at
 
 private:
     FormulaNode root_;
     std::set<std::string> fields_;
+    std::uint64_t work_ = 0; // up to now, about as many bytes
 };
 
 } // namespace tsr

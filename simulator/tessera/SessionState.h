@@ -20,6 +20,7 @@ struct SessionState {
     Exchanges exchanges;
     std::set<std::pair<std::int64_t, std::string>> newDocuments{}; // database and Unid of items that came new
     std::optional<std::pair<std::int64_t, std::string>> sentMail{}; // the last, until the client goes on
+    std::optional<std::int64_t> outbox{}; // database of the mail that is being sent off, until a refusal
 };
 
 } // namespace tsr

@@ -37,6 +37,7 @@ std::size_t TesseraSession::maxRequestBytes() const {
 
 Response TesseraSession::refuse(std::uint32_t code, ResultCode result, const std::string& message) {
     ++state_.errorCount;
+    state_.outbox.reset();
     if (state_.errors.size() < maxErrors) state_.errors.push_back(message);
     return {code, result, message, {}};
 }

@@ -2,6 +2,7 @@
 
 #include "foundation/hexadecimal.h"
 #include "tessera/RequestRefused.h"
+#include "tessera/mailAccess.h"
 #include "tessera/passwords.h"
 
 namespace tsr {
@@ -55,6 +56,7 @@ std::vector<std::string> sessionErrors(const RequestContext& context) {
 // closes he has noted the identities that he was given.
 std::vector<std::string> closeSession(const RequestContext& context) {
     context.expectStrings(0);
+    endOutbox(context); // where sending was all that there was to do
     SqliteTransaction transaction = context.store.transaction();
     for (const auto& [databaseId, unid] : context.session.newDocuments)
         context.store.confirm(databaseId, unid);

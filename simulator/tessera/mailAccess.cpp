@@ -1,5 +1,7 @@
 #include "tessera/mailAccess.h"
 
+#include <utility>
+
 #include "tessera/RequestRefused.h"
 #include "tessera/handheldMail.h"
 #include "tessera/mailDocument.h"
@@ -39,6 +41,16 @@ void confirmSentMail(const RequestContext& context) {
     auto& sent = context.session.sentMail;
     if (sent) context.store.confirm(sent->first, sent->second);
     sent.reset();
+}
+
+void endOutbox(const RequestContext& context) {
+    confirmSentMail(context);
+    const auto outbox = std::exchange(context.session.outbox, std::nullopt);
+    if (!outbox) return;
+    for (const std::string& unid : context.store.unconfirmed(*outbox, mailKind)) {
+        const auto document = context.store.findDocument(*outbox, unid);
+        if (document && folderOf(*document) == sentFolder) context.store.confirm(*outbox, unid);
+    }
 }
 
 std::string dateText(std::int64_t moment) { return std::to_string(moment - firstNotesSecond); }

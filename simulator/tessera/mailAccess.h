@@ -23,6 +23,10 @@ Document requiredMail(const RequestContext& context, const UserDatabase& databas
 // A client that goes on has had the answer to the mail that it sent, and won't send that again.
 void confirmSentMail(const RequestContext& context);
 
+// The same behind its last one. What an earlier session took without its answer has come again by now, or the
+// client did have the answer: another mail of the same words is a new one. After a refusal nobody knows.
+void endOutbox(const RequestContext& context);
+
 std::string dateText(std::int64_t moment); // in seconds since 1993, as the property has it
 
 } // namespace tsr

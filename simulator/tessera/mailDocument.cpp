@@ -73,13 +73,6 @@ void checkMail(const Mail& mail) {
         throw TesseraError("the date of a message must be after 1992 and before 2129-02-08");
 }
 
-std::string trimmed(const std::string& text) {
-    constexpr char spaces[] = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(spaces);
-    if (first == std::string::npos) return {};
-    return text.substr(first, text.find_last_not_of(spaces) - first + 1);
-}
-
 Document addMail(Store& store, std::int64_t userId, const Mail& mail) {
     Properties properties;
     setMail(properties, mail);
@@ -111,28 +104,6 @@ void setMail(Properties& properties, const Mail& mail) {
     properties[names::date] = {std::to_string(mail.date - firstNotesSecond)};
     properties[names::importance] = {std::to_string(mail.importance)};
     setNotice(properties, mail.notice);
-}
-
-std::vector<std::string> splitAddresses(const std::string& text) {
-    std::vector<std::string> addresses;
-    std::string address;
-    bool quoted = false;
-    bool bracketed = false;
-    for (const char c : text) {
-        const bool ends = c == '\n' || (c == ',' && !quoted && !bracketed);
-        if (!ends) {
-            if (c == '"') quoted = !quoted;
-            if (c == '<' || c == '>') bracketed = c == '<';
-            address += c;
-            continue;
-        }
-        addresses.push_back(trimmed(address));
-        address.clear();
-        quoted = bracketed = false; // a line ends whatever was left open
-    }
-    addresses.push_back(trimmed(address));
-    std::erase(addresses, "");
-    return addresses;
 }
 
 Document deliver(Store& store, std::int64_t userId, Mail mail) {

@@ -56,10 +56,6 @@ Mail toMail(const Properties& properties);
 // importance, and for a date that 32 bits of seconds since 1993 can't hold.
 void setMail(Properties& properties, const Mail& mail);
 
-// The addresses of one text, between which stand commas and line feeds; commas in quotation marks and in
-// angle brackets belong to an address.
-std::vector<std::string> splitAddresses(const std::string& text);
-
 // Into the user's folder of that name. One that is delivered is unread, a draft is not.
 Document deliver(Store& store, std::int64_t userId, Mail mail);
 Document saveDraft(Store& store, std::int64_t userId, Mail mail);

@@ -76,7 +76,7 @@ std::vector<Document> headersIn(const RequestContext& context, const UserDatabas
 // own.
 std::vector<DocumentVersion> versionsFor(const std::vector<MailEntry>& entries,
                                          const std::vector<Document>& documents, bool isInbox,
-                                         const MailSelection& selection) {
+                                         MailSelection& selection) {
     std::unordered_set<std::string> known;
     for (const MailEntry& entry : entries) known.insert(entry.item.name.unid);
     std::vector<DocumentVersion> versions;
@@ -120,11 +120,11 @@ std::vector<KnownItem> settleMarks(const RequestContext& context, const UserData
 
 std::vector<std::string> takeMailReplicationInfo(const RequestContext& context) {
     context.expectAtLeast(firstSelection + 3);
-    confirmSentMail(context);
+    endOutbox(context);
     const UserDatabase database = namedDatabase(context);
     const std::string folder = namedFolder(context, 1);
     const ConflictRule rule = conflictRule(context, firstSelection + 1);
-    const MailSelection selection(context, firstSelection);
+    MailSelection selection(context, firstSelection);
     const auto entries = mailEntries(context, database.dbid, firstSelection + selection.strings());
     const std::vector<Document> documents = headersIn(context, database, folder, selection);
     const std::vector<KnownItem> known = settleMarks(context, database, entries, documents, rule);

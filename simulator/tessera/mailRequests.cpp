@@ -19,10 +19,11 @@ namespace names = mailProperties;
 
 constexpr std::uint32_t mostCharacters = 60'000; // a record of the handheld has less than 64 KiB
 
-// One pair: the title of the database and its identity.
+// One pair: the title of the database and its identity. What a client sends from its Outbox comes next.
 std::vector<std::string> findMailDatabase(const RequestContext& context) {
     context.expectStrings(0);
     const UserDatabase database = databaseOf(mailApplication, context);
+    context.session.outbox = database.id;
     return {database.title, database.dbid};
 }
 
@@ -74,7 +75,7 @@ std::vector<std::string> giveMail(const RequestContext& context) {
 // The mail database, then documents. All of them are gone behind it, so that all are answered.
 std::vector<std::string> takeDeletions(const RequestContext& context) {
     context.expectAtLeast(1);
-    confirmSentMail(context);
+    endOutbox(context);
     const UserDatabase database = namedDatabase(context);
     std::vector<ItemName> items;
     for (std::size_t i = 1; i < context.strings.size(); ++i)

@@ -79,6 +79,14 @@ TEST_F(KernelFailures, AThreadThatCannotBeStarted) {
     EXPECT_EQ(kernel.calls, (Calls{"startThread", "startThread"})); // nothing was closed
 }
 
+TEST_F(KernelFailures, TheResultOfTheBodyIsTheExitCodeOfItsThread) {
+    struct Body : Runnable {
+        std::uint32_t run() override { return 0x80000011; }
+    } body;
+    const Thread thread(body);
+    EXPECT_EQ(kernel.entry(kernel.argument), 0x80000011u);
+}
+
 TEST_F(KernelFailures, AJoinTakesNothingButTheSignal) {
     NothingToDo body;
     Thread thread(body);

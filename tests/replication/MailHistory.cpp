@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "interchange/mailAddresses.h"
 #include "replication/deviceText.h"
 #include "tessera/mailDocument.h"
 
@@ -42,7 +43,7 @@ const std::string filterWord = "mil"; // on the subject, and found in "Milk": th
 
 std::string addresses(const std::string& text) {
     std::string line;
-    for (const std::string& address : splitAddresses(text)) line += '<' + address + '>';
+    for (const std::string& address : dividedAddresses(text)) line += '<' + address + '>';
     return line;
 }
 

@@ -6,6 +6,7 @@
 #include "handheld/HandheldError.h"
 #include "handheld/forms/MailForm.h"
 #include "handheld/forms/fieldText.h"
+#include "interchange/mailAddresses.h"
 #include "replication/deviceText.h"
 #include "tessera/mailDocument.h"
 
@@ -34,7 +35,7 @@ Mail mailOf(const HandheldRecord& record) {
     mail.folder = record.category == 0 ? inboxFolder : draftsFolder;
     mail.unread = !values.contains("read");
     mail.subject = fromDeviceText(fieldValue(values, "subject"));
-    mail.to = splitAddresses(fromDeviceText(fieldValue(values, "to")));
+    mail.to = dividedAddresses(fromDeviceText(fieldValue(values, "to")));
     mail.body = fromDeviceText(fieldValue(values, "body"));
     return mail;
 }

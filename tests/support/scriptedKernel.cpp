@@ -1,6 +1,5 @@
 #include "support/scriptedKernel.h"
 
-#include "platform/kernelObject.h"
 #include "platform/systemError.h"
 
 namespace tsr {
@@ -42,7 +41,12 @@ std::uint32_t waitFor(KernelHandle object, std::uint32_t milliseconds) {
     return result;
 }
 
-KernelHandle startThread(ThreadEntry, void*) { return script("startThread").thread; }
+KernelHandle startThread(ThreadEntry entry, void* argument) {
+    auto& kernel = script("startThread");
+    kernel.entry = entry;
+    kernel.argument = argument;
+    return kernel.thread;
+}
 
 bool closeHandle(KernelHandle object) { return script("closeHandle(" + std::to_string(object) + ")").closes; }
 

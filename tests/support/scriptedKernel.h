@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/kernelObject.h"
+
 namespace tsr::test {
 
 // Events and threads that answer as a test has scripted, and write every call down: "createEvent(manual)",
@@ -19,6 +21,9 @@ struct ScriptedKernel {
     std::deque<std::uint32_t> waits; // results of the waits to come; signalled where none is left
     std::uint32_t error = 6;         // the code that failures leave
     std::vector<std::string> calls;
+
+    platform::ThreadEntry entry = nullptr; // of the last thread, which isn't run
+    void* argument = nullptr;
 };
 
 } // namespace tsr::test

@@ -1,5 +1,6 @@
 #include "tessera/commands/MailSettings.h"
 
+#include "interchange/mailAddresses.h"
 #include "tessera/commands/ArgumentError.h"
 #include "tessera/commands/flags.h"
 #include "tessera/commands/inputText.h"
@@ -27,7 +28,7 @@ void setAddresses(std::vector<std::string>& addresses, const Texts& given) {
     if (!given) return;
     addresses.clear();
     for (const std::string& text : *given) {
-        for (const std::string& address : splitAddresses(text)) addresses.push_back(address);
+        for (const std::string& address : dividedAddresses(text)) addresses.push_back(address);
     }
 }
 

@@ -19,7 +19,14 @@ TEST(MailAddresses, DividesAtCommasAndLineFeeds) {
          {"\"Lee, Pat\" <pat@example.com>", "jo@example.com"}},
         {"<a,b>,c", {"<a,b>", "c"}},
         {"<a\nb,c", {"<a", "b", "c"}},
-        {"\"Lee, Pat\nJo", {"\"Lee, Pat", "Jo"}}, // a quotation mark alone
+        {"\"Lee, Pat\nJo", {"\"Lee", "Pat", "Jo"}}, // a quotation mark alone closes nobody in
+        {"Jo, \"Lee", {"Jo", "\"Lee"}},
+        {"\"a\nb\",c", {"\"a", "b\"", "c"}},
+        {"Pat <pat, Jo", {"Pat <pat", "Jo"}}, // nor does a bracket
+        {"Pat <pat, Jo <jo>, Kim", {"Pat <pat", "Jo <jo>", "Kim"}},
+        {"Pat> <pat, Jo>, Kim", {"Pat> <pat, Jo>", "Kim"}},
+        {"\"a<b\",c>", {"\"a<b\"", "c>"}}, // one in the other counts for nothing
+        {"<a\"b>,c\"", {"<a\"b>", "c\""}},
     };
     for (const auto& [list, addresses] : rows) {
         SCOPED_TRACE(list);

@@ -132,5 +132,38 @@ TEST(SelectionFormula, IsNotEndless) {
     EXPECT_NE(reasonOf("a=\"" + std::string(9997, 'x') + "\""), "none");
 }
 
+TEST(SelectionFormula, DoesNotTakeAllTimeThereIs) {
+    const std::string tooLong = "The selection formula takes too long for these messages.";
+    const auto reasonFor = [](const std::string& text, const Properties& properties, int messages) {
+        SelectionFormula formula(text);
+        try {
+            while (messages-- > 0) formula.selects(properties);
+            return std::string("none");
+        } catch (const RequestRefused& refusal) {
+            EXPECT_EQ(refusal.result(), ResultCode::BadRequest);
+            return std::string(refusal.what());
+        }
+    };
+    // Each of many values in each of many others.
+    const Properties many{{"To", std::vector<std::string>(10'000, "a")},
+                          {"Cc", std::vector<std::string>(10'000, "b")}};
+    EXPECT_EQ(reasonFor("@Contains(To;Cc)", many, 1), tooLong);
+    EXPECT_EQ(reasonFor("To=Cc", many, 1), tooLong);
+    EXPECT_EQ(reasonFor("@Contains(To;\"b\")", many, 1), "none");
+    // A text that ends otherwise than the part at each place.
+    const Properties steps{{"Body", {std::string(1'000'000, 'a')}},
+                           {"Subject", {std::string(100'000, 'a') + 'b'}}};
+    EXPECT_EQ(reasonFor("@Contains(Body;Subject)", steps, 1), tooLong);
+    EXPECT_EQ(reasonFor("@Contains(Body;\"ab\")", steps, 1), "none");
+    // Many messages, each of which takes a little.
+    const std::string conditions = "a=\"b\"" + repeated("|@Contains(Body;\"b\")", 60);
+    EXPECT_EQ(reasonFor(conditions, {{"Body", {std::string(100'000, 'a')}}}, 1), "none");
+    EXPECT_EQ(reasonFor(conditions, {{"Body", {std::string(100'000, 'a')}}}, 10'000), tooLong);
+    // A filter over ten thousand of them.
+    EXPECT_EQ(reasonFor(R"(Importance="x"|(!(@Contains(@LowerCase(Subject);@LowerCase("Lunch")))))", message,
+                        10'000),
+              "none");
+}
+
 } // namespace
 } // namespace tsr

@@ -146,19 +146,5 @@ TEST_F(MailDocument, AReadMarkIsNoVersionOfItsOwn) {
     EXPECT_THROW(markUnread(store, max, std::string(32, '0'), true), TesseraError);
 }
 
-TEST_F(MailDocument, DividesAddresses) {
-    const std::pair<const char*, std::vector<std::string>> rows[] = {
-        {"", {}},
-        {"Max", {"Max"}},
-        {"Max,Pat Lee", {"Max", "Pat Lee"}},
-        {" Max ,\tPat Lee\r\nKim,,\n", {"Max", "Pat Lee", "Kim"}},
-        {"\"Lee, Pat\" <pat@home>, Max", {"\"Lee, Pat\" <pat@home>", "Max"}},
-        {"<a,b>,c", {"<a,b>", "c"}},
-        {"\"Lee, Pat\nMax, Kim", {"\"Lee, Pat", "Max", "Kim"}}, // never closed: to the end of the line
-        {"Max, \"Lee", {"Max", "\"Lee"}},
-    };
-    for (const auto& [text, addresses] : rows) EXPECT_EQ(splitAddresses(text), addresses) << text;
-}
-
 } // namespace
 } // namespace tsr

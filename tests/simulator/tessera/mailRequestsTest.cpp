@@ -651,6 +651,63 @@ TEST_F(MailRequests, AMailOfTheSameWordsInTheNextSessionIsAnother) {
     EXPECT_EQ(inbox(pat).size(), 2u);
 }
 
+// A session may end between an answer that the client has had and its next request. In the next one it has
+// nothing left to send.
+TEST_F(MailRequests, AMailOfTheSameWordsLaterOnIsAnother) {
+    const Strings strings = outgoingStrings(properties("Lunch", "Noon?", "Pat Lee"));
+    const std::pair<std::uint32_t, Strings> goesOn[] = {
+        {308, {dbid, "Inbox", today, options, "0"}}, {305, {dbid}}, {19, {}}};
+    std::size_t delivered = 0;
+    for (const auto& [code, request] : goesOn) {
+        SCOPED_TRACE(code);
+        TesseraSession first(service);
+        authenticate(first, "Ann");
+        EXPECT_EQ(first.handle({318, strings}).result, ResultCode::Success);
+        EXPECT_EQ(inbox(pat).size(), ++delivered);
+        TesseraSession next(service);
+        authenticate(next, "Ann");
+        EXPECT_EQ(next.handle({324, {}}).result, ResultCode::Success);
+        EXPECT_EQ(next.handle({code, request}).result, ResultCode::Success);
+    }
+}
+
+TEST_F(MailRequests, AMailThatIsRefusedAsItComesAgainIsNotDeliveredTwice) {
+    const Strings strings = outgoingStrings(properties("Lunch", "Noon?", "Pat Lee"));
+    const FaultOrders refusals[] = {
+        {.refusedItems = {1}}, {.failedRequests = {3}}, {.refusedSubjects = {"Lunch"}}};
+    for (const FaultOrders& orders : refusals) {
+        TesseraSession first(service);
+        authenticate(first, "Ann");
+        first.handle({318, strings}); // and its answer is lost
+        service.orderFaults(orders);
+        TesseraSession next(service);
+        authenticate(next, "Ann");
+        next.handle({324, {}});
+        EXPECT_NE(next.handle({318, strings}).result, ResultCode::Success);
+        EXPECT_EQ(next.handle({308, {dbid, "Inbox", today, options, "0"}}).result, ResultCode::Success);
+    }
+    EXPECT_EQ(inbox(pat).size(), 1u);
+}
+
+// Nor is a draft confirmed with the mail.
+TEST_F(MailRequests, ADraftWaitsForItsOwnConfirmation) {
+    const std::string unid = send(noUnid, "First")[0];
+    TesseraSession next(service);
+    authenticate(next, "Ann");
+    next.handle({324, {}});
+    next.handle({308, {dbid, "Inbox", today, options, "0"}});
+    Strings strings{dbid, noUnid, "Drafts", "0"};
+    const Strings sent = properties("Plan", "First", "Max,Kim");
+    strings.insert(strings.end(), sent.begin(), sent.end());
+    EXPECT_EQ(next.handle({316, strings}).strings.at(0), unid);
+}
+
+TEST_F(MailRequests, AnAddressThatIsNeverClosedKeepsNobodyOut) {
+    ask(318, outgoingStrings(properties("Lunch", "Noon?", "Pat Lee <pat,Ann")));
+    EXPECT_EQ(inbox(pat).size(), 1u);
+    EXPECT_EQ(inbox(ann).size(), 1u);
+}
+
 TEST_F(MailRequests, RefuseAMailByOrder) {
     service.orderFaults({.refusedItems = {3}, .refusedSubjects = {"Tea"}});
     for (int time = 0; time < 2; ++time) {
