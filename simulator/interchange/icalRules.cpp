@@ -130,8 +130,7 @@ std::vector<sys_days> readDays(const icalrecurrencetype& rule, std::int64_t star
     if (iterator == nullptr) refuse();
     for (icaltimetype time = icalrecur_iterator_next(iterator);
          days.size() < most && !icaltime_is_null_time(time); time = icalrecur_iterator_next(iterator)) {
-        days.push_back(std::chrono::year(time.year) / static_cast<unsigned>(time.month)
-                       / static_cast<unsigned>(time.day));
+        days.push_back(std::chrono::year(time.year) / time.month / time.day);
     }
     icalrecur_iterator_free(iterator);
     return days;

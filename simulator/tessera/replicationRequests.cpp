@@ -307,7 +307,7 @@ std::vector<Route> replicationRoutes(const Application& application) {
     std::vector<Route> routes;
     for (const auto& [code, handler] : handlers) {
         if (code == 0) continue;
-        routes.push_back({code, false, [&application, handler](const RequestContext& context) {
+        routes.push_back({code, false, [&application, handler = handler](const RequestContext& context) {
                               return handler(application, context);
                           }});
     }

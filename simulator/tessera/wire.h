@@ -31,7 +31,7 @@ inline constexpr std::size_t responseHeaderBytes = 40;
 // The most that the eight digits of a length can say. A replication list of 65,535 items takes about 16 MiB.
 // Somebody who hasn't authenticated needs no more than his name and password.
 inline constexpr std::size_t maxFrameBytes = 99'999'999;
-inline constexpr std::size_t maxStrangerRequestBytes = 64 * 1024;
+inline constexpr std::size_t maxStrangerRequestBytes = std::size_t{64} * 1024;
 
 // Messages are cut here; their length has four digits in the header.
 inline constexpr std::size_t maxMessageUnits = 512;

@@ -50,6 +50,7 @@ public:
     }
 
     ~CountedPtr() {
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): it doesn't follow the count through a map
         if (count_ == nullptr || --count_->references != 0) return;
         void* original = count_->original;
         delete count_;
