@@ -14,6 +14,7 @@
 #include "host/HostMessage.h"
 #include "host/hostSystem.h"
 #include "hotsync/ConduitLibrary.h"
+#include "replication/failedCall.h"
 
 namespace tsr::test {
 namespace {
@@ -45,14 +46,6 @@ void writeMessage(const MessageBytes& message) {
 std::vector<std::string>* progress = nullptr;
 
 void noteProgress(const char* text) { progress->emplace_back(text); }
-
-std::string failedCall() {
-    for (std::uint64_t index = 0; index < handheldTraceCount(); ++index) {
-        const std::string line = handheldTraceLine(index);
-        if (line.find(" -> 0x4006") != std::string::npos) return line;
-    }
-    return {};
-}
 
 // One call of the conduit, with all that it leaves in `answer`.
 void runOnce(const ConduitLibrary& conduit, const SessionRequest& request, SessionAnswer& answer) {
