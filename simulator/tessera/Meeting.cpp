@@ -23,7 +23,6 @@ constexpr char privateName[] = "00040002"; // private unless it is there and "0"
 constexpr char recursName[] = "Recurs";
 
 constexpr std::int64_t secondsPerDay = 86400;
-constexpr std::uint32_t minutesPerDay = 1440;
 
 void takeOver(Properties& properties, const Properties& sent, const std::string& name) {
     const auto found = sent.find(name);

@@ -34,6 +34,7 @@ struct Meeting {
 };
 
 inline constexpr char meetingKind[] = "calendar";
+inline constexpr std::uint32_t minutesPerDay = 1440;
 
 // Empty for a document without a start or a length.
 std::optional<Meeting> toMeeting(const Document& document);

@@ -13,7 +13,6 @@ namespace {
 
 using std::chrono::sys_days;
 
-constexpr std::uint32_t minutesPerDay = 1440;
 
 std::int64_t requiredMoment(const Properties& sent, const std::string& name) {
     const auto minutes = parseNumber(firstValue(sent, name));

@@ -31,14 +31,14 @@ struct ShownRecord {
     FieldValues fields;
 };
 
-const RecordForm& formOf(const HandheldDatabase& database) {
+const RecordForm& portableForm(const HandheldDatabase& database) {
     const RecordForm* form = recordForm(database.name());
     if (!form) throw UsageError(database.name() + " has no fields");
     return *form;
 }
 
 std::vector<ShownRecord> shownRecords(HandheldDatabase& database) {
-    const RecordForm& form = formOf(database);
+    const RecordForm& form = portableForm(database);
     std::vector<ShownRecord> shown;
     database.records().forEach([&](const HandheldRecord& record) {
         if (record.isGone()) return;
@@ -54,7 +54,7 @@ std::vector<ShownRecord> shownRecords(HandheldDatabase& database) {
 }
 
 std::vector<std::uint8_t> dataOf(const HandheldDatabase& database, const FieldValues& fields) {
-    const RecordForm& form = formOf(database);
+    const RecordForm& form = portableForm(database);
     form.checkNames(fields);
     FieldValues values;
     for (const auto& [name, value] : fields) setField(values, name, toHandheldText(value));

@@ -19,8 +19,8 @@ struct DocumentOptions {
 };
 
 // The store with the database that a command works in.
-struct Place {
-    Place(const TesseraCommandLine& line, const DocumentForm& form, const DocumentOptions& options)
+struct DocumentPlace {
+    DocumentPlace(const TesseraCommandLine& line, const DocumentForm& form, const DocumentOptions& options)
         : words(form.words()), store(line.openStore()), user(namedUser(store, options.user)),
           databaseId(store.database(user.id, words.databaseKind).id) {}
 
@@ -35,7 +35,7 @@ struct Place {
 };
 
 void addDocument(const TesseraCommandLine& line, const DocumentForm& form, const DocumentOptions& options) {
-    Place place(line, form, options);
+    DocumentPlace place(line, form, options);
     Document document;
     form.apply(line, document);
     document = place.store.addDocument(place.databaseId, place.words.documentKind, document.properties);
@@ -43,7 +43,7 @@ void addDocument(const TesseraCommandLine& line, const DocumentForm& form, const
 }
 
 void editDocument(const TesseraCommandLine& line, const DocumentForm& form, const DocumentOptions& options) {
-    Place place(line, form, options);
+    DocumentPlace place(line, form, options);
     SqliteTransaction transaction = place.store.transaction();
     Document document = place.chosen(options.id);
     form.apply(line, document);
@@ -54,7 +54,7 @@ void editDocument(const TesseraCommandLine& line, const DocumentForm& form, cons
 
 void deleteDocument(const TesseraCommandLine& line, const DocumentForm& form,
                     const DocumentOptions& options) {
-    Place place(line, form, options);
+    DocumentPlace place(line, form, options);
     const Document document = place.chosen(options.id);
     place.store.deleteDocument(place.databaseId, document.unid);
     line.out << "deleted " << place.words.noun << " " << shortId(document) << "\n";
@@ -67,7 +67,7 @@ Json documentJson(const DocumentForm& form, const Document& document) {
 }
 
 void listDocuments(const TesseraCommandLine& line, const DocumentForm& form, const DocumentOptions& options) {
-    Place place(line, form, options);
+    DocumentPlace place(line, form, options);
     std::vector<std::string> columns = form.columns();
     columns.insert(columns.begin(), "ID");
     Table table(columns);
@@ -86,7 +86,7 @@ void listDocuments(const TesseraCommandLine& line, const DocumentForm& form, con
 }
 
 void showDocument(const TesseraCommandLine& line, const DocumentForm& form, const DocumentOptions& options) {
-    Place place(line, form, options);
+    DocumentPlace place(line, form, options);
     const Document document = place.chosen(options.id);
     if (line.json) {
         line.out << documentJson(form, document).dump(2) << "\n";
@@ -100,7 +100,7 @@ void showDocument(const TesseraCommandLine& line, const DocumentForm& form, cons
     if (!text.empty()) line.out << "\n" << shownText(text) << "\n";
 }
 
-using Work = void (*)(const TesseraCommandLine&, const DocumentForm&, const DocumentOptions&);
+using DocumentWork = void (*)(const TesseraCommandLine&, const DocumentForm&, const DocumentOptions&);
 
 } // namespace
 
@@ -110,13 +110,13 @@ void addDocumentCommands(TesseraCommandLine& line, DocumentForm& form) {
     const std::string noun = words.noun;
 
     const auto command = [&](const char* group, const std::string& name, const std::string& purpose,
-                             Work work) -> CLI::App& {
+                             DocumentWork work) -> CLI::App& {
         CLI::App& added = line.command(*line.app.get_subcommand(group), name, purpose,
                                        [&line, &form, options, work] { work(line, form, *options); });
         added.add_option("--user", options->user, std::string("Whose ") + words.place)->required();
         return added;
     };
-    const auto commandOfOne = [&](const char* group, const std::string& purpose, Work work) -> CLI::App& {
+    const auto commandOfOne = [&](const char* group, const std::string& purpose, DocumentWork work) -> CLI::App& {
         CLI::App& added = command(group, noun, purpose, work);
         added.add_option("ID", options->id, "The " + noun + ": its identity or the first digits of it")
             ->required();

@@ -30,8 +30,8 @@ struct MailCommandOptions {
 };
 
 // The store with the mail of the user that a command is about.
-struct Place {
-    Place(const TesseraCommandLine& line, const MailCommandOptions& options)
+struct MailPlace {
+    MailPlace(const TesseraCommandLine& line, const MailCommandOptions& options)
         : store(line.openStore()), user(namedUser(store, options.user)),
           databaseId(store.mailDatabase(user.id).id) {}
 
@@ -54,7 +54,7 @@ void fillIn(Mail& mail, const User& user) {
 }
 
 void addMail(const TesseraCommandLine& line, const MailCommandOptions& options) {
-    Place place(line, options);
+    MailPlace place(line, options);
     Mail mail;
     mail.folder = options.folder.empty() ? inboxFolder : parsedFolder(options.folder);
     mail.date = std::time(nullptr);
@@ -68,7 +68,7 @@ void addMail(const TesseraCommandLine& line, const MailCommandOptions& options) 
 }
 
 void editMail(const TesseraCommandLine& line, const MailCommandOptions& options) {
-    Place place(line, options);
+    MailPlace place(line, options);
     SqliteTransaction transaction = place.store.transaction();
     Document document = place.chosen(options.id);
     if (options.settings.unread()) {
@@ -87,7 +87,7 @@ void editMail(const TesseraCommandLine& line, const MailCommandOptions& options)
 }
 
 void deleteMail(const TesseraCommandLine& line, const MailCommandOptions& options) {
-    Place place(line, options);
+    MailPlace place(line, options);
     const Document document = place.chosen(options.id);
     place.store.deleteDocument(place.databaseId, document.unid);
     line.out << "deleted mail " << shortId(document) << "\n";
@@ -100,7 +100,7 @@ Json toJson(const Document& document, const Mail& mail, const User& user) {
 }
 
 // Folder by folder.
-std::vector<Document> listedMail(Place& place, const std::string& folder) {
+std::vector<Document> listedMail(MailPlace& place, const std::string& folder) {
     std::vector<Document> listed;
     for (const char* name : {inboxFolder, draftsFolder, sentFolder}) {
         if (!folder.empty() && folder != name) continue;
@@ -112,7 +112,7 @@ std::vector<Document> listedMail(Place& place, const std::string& folder) {
 
 void listMail(const TesseraCommandLine& line, const MailCommandOptions& options) {
     const std::string folder = options.folder.empty() ? "" : parsedFolder(options.folder);
-    Place place(line, options);
+    MailPlace place(line, options);
     Table table({"ID", "FOLDER", "NEW", "FROM OR TO", "DATE", "SUBJECT"});
     Json list = Json::array();
     for (const Document& document : listedMail(place, folder)) {
@@ -140,7 +140,7 @@ void addNotice(Table& table, const Mail& mail) {
 }
 
 void showMail(const TesseraCommandLine& line, const MailCommandOptions& options) {
-    Place place(line, options);
+    MailPlace place(line, options);
     const Document document = place.chosen(options.id);
     const Mail mail = toMail(document.properties);
     if (line.json) {
@@ -169,19 +169,19 @@ void showMail(const TesseraCommandLine& line, const MailCommandOptions& options)
     }
 }
 
-using Work = void (*)(const TesseraCommandLine&, const MailCommandOptions&);
+using MailWork = void (*)(const TesseraCommandLine&, const MailCommandOptions&);
 
 } // namespace
 
 void addMailCommands(TesseraCommandLine& line) {
     const auto options = std::make_shared<MailCommandOptions>();
-    const auto command = [&line, options](const char* group, const char* purpose, Work work) -> CLI::App& {
+    const auto command = [&line, options](const char* group, const char* purpose, MailWork work) -> CLI::App& {
         CLI::App& added = line.command(*line.app.get_subcommand(group), "mail", purpose,
                                        [&line, options, work] { work(line, *options); });
         added.add_option("--user", options->user, "Whose mail; times are told in his zone")->required();
         return added;
     };
-    const auto commandOfOne = [&](const char* group, const char* purpose, Work work) -> CLI::App& {
+    const auto commandOfOne = [&](const char* group, const char* purpose, MailWork work) -> CLI::App& {
         CLI::App& added = command(group, purpose, work);
         added.add_option("ID", options->id, "The message: its identity or the first digits of it")
             ->required();

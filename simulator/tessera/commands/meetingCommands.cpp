@@ -22,10 +22,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr std::uint32_t minutesPerHour = 60;
-constexpr std::uint32_t minutesPerDay = 1440;
 constexpr std::uint32_t unsaid = UINT32_MAX;
-
-const ZoneRule asItStands;
 
 struct MeetingOptions {
     std::string user;

@@ -11,8 +11,6 @@ namespace {
 using Json = nlohmann::ordered_json;
 using std::chrono::sys_days;
 
-const ZoneRule asItStands;
-
 std::uint32_t numberOf(const Json& json, const char* name, std::uint32_t most) {
     const auto number = json.at(name).get<std::int64_t>();
     if (number < 0 || number > most)

@@ -16,12 +16,9 @@ namespace {
 
 using std::chrono::sys_days;
 
-constexpr std::uint32_t minutesPerDay = 1440;
 constexpr std::uint32_t maxMinutes = 366 * minutesPerDay;
 constexpr char never[] = "never";
 constexpr char none[] = "none";
-
-const ZoneRule asItStands;
 
 // The exception of the day, whether the pattern has it there or it was moved there.
 std::vector<EventException>::iterator exceptionOn(MeetingPattern& pattern, sys_days day) {

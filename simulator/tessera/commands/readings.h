@@ -13,6 +13,9 @@ namespace tsr {
 // otherwise the time of `zone`. Raises ArgumentError.
 std::int64_t parseMoment(const std::string& text, const ZoneRule& zone);
 
+// For the moments of a meeting's instances, which are told in the meeting's own zone.
+inline const ZoneRule asItStands;
+
 std::string momentText(std::int64_t moment, const ZoneRule& zone); // "2026-11-23 10:00"
 std::string dateText(std::int64_t moment, const ZoneRule& zone);   // "2026-11-23"
 std::string exactText(std::int64_t moment);                        // "2026-11-23T09:00:00Z"

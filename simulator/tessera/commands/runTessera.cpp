@@ -15,7 +15,7 @@ namespace {
 constexpr int failed = 1;
 constexpr int wrongArguments = 2;
 
-const char* const description = R"(A Tessera Server in one file.
+const char* const programDescription = R"(A Tessera Server in one file.
 
 The file keeps users with their calendars, contacts, journals, tasks and mail; 'serve' answers handhelds from it, and the other
 commands look into it and change it, also while it is being served. Begin with
@@ -70,7 +70,7 @@ int parse(TesseraCommandLine& line, std::vector<std::string> arguments) {
 
 int runTessera(const std::vector<std::string>& arguments, std::istream& in, std::ostream& out,
                std::ostream& err) {
-    CLI::App app(description, "tessera");
+    CLI::App app(programDescription, "tessera");
     app.footer(footer);
     app.require_subcommand(1);
     TesseraCommandLine line{app, in, out, err, {}, false, {}};
