@@ -45,7 +45,7 @@ std::int32_t replicate(ProgressCallback progressCallback, const SyncProperties& 
 
 } // namespace tsr
 
-std::int32_t TSR_PLATFORM_CALL openConduit(void (*progressCallback)(const char*),
+std::int32_t TSR_PLATFORM_CALL openConduit(void(TSR_PLATFORM_CALL* progressCallback)(const char*),
                                            const tsr::SyncProperties* syncProperties) {
     try {
         return tsr::replicate(progressCallback, *syncProperties);

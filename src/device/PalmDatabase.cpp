@@ -76,8 +76,8 @@ CountedPtr<PalmDatabase> PalmDatabase::openOrCreate(std::uint32_t creator, std::
             << foundCard << Tag("n1") << foundName << Tag("c2") << found.cardNumber << Tag("n2")
             << nameOf(found);
     }
-    const std::uint8_t handle = open(foundName, static_cast<std::int32_t>(foundCard), readWriteExclusive);
-    return CountedPtr<PalmDatabase>(new PalmDatabase(handle));
+    return CountedPtr<PalmDatabase>(
+        new PalmDatabase(open(foundName, static_cast<std::int32_t>(foundCard), readWriteExclusive)));
 }
 
 void PalmDatabase::deleteDatabase(const std::string& name, std::int32_t card) {

@@ -52,7 +52,7 @@ public:
 private:
     explicit PalmDatabase(std::uint8_t handle) : handle_(handle) {}
 
-    using RecordCall = std::int32_t (*)(RawRecordInfo*);
+    using RecordCall = std::int32_t(TSR_PLATFORM_CALL*)(RawRecordInfo*);
     std::int32_t call(RecordCall function, PalmRecordBuffer& buffer);
     std::int32_t read(RecordCall function, PalmRecordBuffer& buffer);
     std::int32_t readWhole(RecordCall function, PalmRecordBuffer& buffer);

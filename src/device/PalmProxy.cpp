@@ -51,8 +51,11 @@ PalmProxy::PalmProxy(ProgressCallback progressCallback) : progressCallback_(prog
 PalmProxy::~PalmProxy() {
     openDatabase_.reset();
     if (!hotSyncLogOpen) return;
-    HsLogClose();
     hotSyncLogOpen = false;
+    try {
+        HsLogClose();
+    } catch (...) { // nobody is left to be told
+    }
 }
 
 void PalmProxy::setApplication(const std::string& displayName, std::uint32_t appDbCreator,

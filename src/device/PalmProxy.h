@@ -14,7 +14,7 @@
 namespace tsr {
 
 // Takes a text that ends with a NUL and shows it to the user.
-using ProgressCallback = void (*)(const char* text);
+using ProgressCallback = void(TSR_PLATFORM_CALL*)(const char* text);
 
 // The replicator's single way to the handheld. It knows the application's two databases and keeps at most one
 // database open, switching on demand: a caller finishes a walk through one before it touches the other, or

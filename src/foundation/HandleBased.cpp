@@ -21,8 +21,12 @@ void releaseAll(std::list<std::uint32_t>& attachments) {
 
 } // namespace
 
-HandleBased::HandleBased(platform::KernelHandle handle)
-    : state_(makeCounted<HandleState>(HandleState{handle, {}})) {}
+HandleBased::HandleBased(platform::KernelHandle handle) try
+    : state_(makeCounted<HandleState>(HandleState{handle, {}})) {
+} catch (...) { // there was no memory for an owner
+    platform::closeHandle(handle);
+    throw;
+}
 
 HandleBased::~HandleBased() {
     try {

@@ -16,7 +16,9 @@ platform::KernelHandle startThread(Runnable& runnable) {
 
 } // namespace
 
-Thread::Thread(Runnable& runnable) : handle_(makeCounted<Handle>(startThread(runnable))) {}
+Thread::Handle::Handle(Runnable& runnable) : HandleBased(startThread(runnable)) {}
+
+Thread::Thread(Runnable& runnable) : handle_(makeCounted<Handle>(runnable)) {}
 
 void Thread::join() {
     const std::uint32_t result = platform::waitFor(handle_->handle(), platform::infinitely);

@@ -19,7 +19,7 @@ public:
 
 private:
     struct Handle final : HandleBased { // final, as it is deleted through a pointer
-        using HandleBased::HandleBased;
+        explicit Handle(Runnable& runnable);
     };
 
     CountedPtr<Handle> handle_;

@@ -60,5 +60,12 @@ TEST_F(OpenConduitGuard, ThrowsNothingWhenNotEvenTheLogCanBeWritten) {
     EXPECT_EQ(sync.calls.back(), "HsLogClose()");
 }
 
+TEST_F(OpenConduitGuard, ThrowsNothingWhenTheLogCannotBeClosed) {
+    sync.closeFault = [] { throw std::bad_alloc(); };
+    EXPECT_EQ(open(0), -1);
+    EXPECT_EQ(open(0), -1);
+    EXPECT_THAT(sync.calls, ElementsAre("HsLogOpen()", "HsLogClose()", "HsLogOpen()", "HsLogClose()"));
+}
+
 } // namespace
 } // namespace tsr

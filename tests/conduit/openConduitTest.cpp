@@ -74,8 +74,8 @@ TEST_F(OpenConduit, RunsTheSessionOfTheCreator) {
 
 TEST_F(OpenConduit, PicksTheApplicationByItsCreator) {
     const std::pair<std::uint32_t, const char*> rows[] = {
-        {0x61646472, "Address"}, {0x6D61696C, "Mail"},   {0x6D656D6F, "Memo Pad"},
-        {0x746F646F, "ToDo"},    {freeTime, "FreeTime"},
+        {0x61646472, "Address"},  {0x64617465, "Date Book"}, {0x6D61696C, "Mail"},
+        {0x6D656D6F, "Memo Pad"}, {0x746F646F, "ToDo"},      {freeTime, "FreeTime"},
     };
     for (const auto& [creator, name] : rows) {
         SCOPED_TRACE(name);

@@ -211,14 +211,22 @@ TEST_F(PalmDatabaseTest, ReadsARecordOf1024BytesAtOnce) {
 
 TEST_F(PalmDatabaseTest, ReadsALargerRecordOnceMore) {
     const CountedPtr<PalmDatabase> database = opened();
-    PalmRecordBuffer buffer;
     const auto large = sync.record(5, 3, 0, std::vector<std::uint8_t>(1025, 9));
-    sync.answerRecord("SyncReadRecordByIndex", 0, large);
-    sync.answerRecord("SyncReadRecordByIndex", 0, large);
-    EXPECT_TRUE(database->readRecordByIndex(buffer, 2));
-    EXPECT_EQ(sync.calls.size(), 2U);
-    EXPECT_EQ(buffer.capacity(), 2048U);
-    EXPECT_EQ(contents(buffer), std::vector<std::uint8_t>(1025, 9));
+    const std::pair<const char*, std::function<void(PalmRecordBuffer&)>> reads[] = {
+        {"SyncReadRecordByIndex", [&](PalmRecordBuffer& buffer) { database->readRecordByIndex(buffer, 2); }},
+        {"SyncReadRecordById", [&](PalmRecordBuffer& buffer) { database->readRecordById(buffer, 5); }},
+    };
+    for (const auto& [function, read] : reads) {
+        SCOPED_TRACE(function);
+        sync.calls.clear();
+        sync.answerRecord(function, 0, large);
+        sync.answerRecord(function, 0, large);
+        PalmRecordBuffer buffer;
+        read(buffer);
+        EXPECT_EQ(sync.calls.size(), 2U);
+        EXPECT_EQ(buffer.capacity(), 2048U);
+        EXPECT_EQ(contents(buffer), std::vector<std::uint8_t>(1025, 9));
+    }
 }
 
 TEST_F(PalmDatabaseTest, GrowsStraightToASizeThatTwiceTheRoomWouldNotHold) {
@@ -295,6 +303,14 @@ TEST_F(PalmDatabaseTest, WalksACategoryWithTwoCallsARecord) {
                     "room 1024)",
                     "SyncReadNextRecInCategory(handle 7, id 5, index 4, attributes 40, category 3, size 2, "
                     "room 1024)"));
+}
+
+TEST_F(PalmDatabaseTest, FindsNothingInAnEmptyCategory) {
+    const CountedPtr<PalmDatabase> database = opened();
+    PalmRecordBuffer buffer;
+    sync.answer("SyncReadNextRecInCategory", notFound);
+    EXPECT_FALSE(database->readNextInCategory(buffer));
+    EXPECT_EQ(sync.calls.size(), 1U);
 }
 
 TEST_F(PalmDatabaseTest, WalksWithThreeCallsForARecordThatDoesNotFit) {

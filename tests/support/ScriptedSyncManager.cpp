@@ -250,6 +250,7 @@ std::int32_t HsLogOpen() {
 
 std::int32_t HsLogClose() {
     script().calls.push_back("HsLogClose()");
+    if (script().closeFault) script().closeFault();
     return 0;
 }
 

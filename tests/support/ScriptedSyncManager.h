@@ -45,6 +45,7 @@ public:
     std::int32_t logOpenResult = 0;
     std::function<void()> logFault;   // in place of each entry of the log
     std::function<void()> yieldFault; // before SyncYieldCycles answers
+    std::function<void()> closeFault; // before HsLogClose answers
     std::uint8_t nextHandle = 7;      // what SyncOpenDB and SyncCreateDB give, counting up
     std::uint16_t osMajor = 4;
     std::uint16_t osMinor = 1;

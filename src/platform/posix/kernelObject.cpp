@@ -107,16 +107,18 @@ std::uint32_t waitFor(KernelHandle object, std::uint32_t milliseconds) {
 
 KernelHandle startThread(ThreadEntry entry, void* argument) {
     const auto ended = std::make_shared<KernelObject>(true);
+    const KernelHandle handle = handles().add({ended, false}); // nothing may fail once the thread runs
     try {
         std::thread([entry, argument, ended] {
             entry(argument);
             ended->signal();
         }).detach();
     } catch (const std::system_error& error) {
+        handles().remove(handle);
         errno = error.code().value();
         return 0;
     }
-    return handles().add({ended, false});
+    return handle;
 }
 
 bool closeHandle(KernelHandle object) { return handles().remove(object) || failWith(EBADF); }
