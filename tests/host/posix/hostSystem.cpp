@@ -7,11 +7,25 @@
 #include <time.h>
 #include <unistd.h>
 
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/allocator_interface.h>
+#endif
+
 namespace tsr::test {
 
 namespace {
 
 std::int64_t conduitTime = 0;
+
+std::int64_t allocatedBytes() {
+#ifdef __SANITIZE_ADDRESS__
+    return static_cast<std::int64_t>(
+        __sanitizer_get_current_allocated_bytes()); // mallinfo2 sees none of them
+#else
+    const struct mallinfo2 heap = mallinfo2();
+    return static_cast<std::int64_t>(heap.uordblks + heap.hblkhd);
+#endif
+}
 
 } // namespace
 
@@ -27,8 +41,7 @@ ProcessUse processUse() {
     ProcessUse use;
     for ([[maybe_unused]] const auto& each : std::filesystem::directory_iterator("/proc/self/fd"))
         ++use.handles;
-    const struct mallinfo2 heap = mallinfo2();
-    use.bytes = static_cast<std::int64_t>(heap.uordblks + heap.hblkhd);
+    use.bytes = allocatedBytes();
     return use;
 }
 

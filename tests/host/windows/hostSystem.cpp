@@ -98,6 +98,16 @@ void replaceInConduit(const char* library, const char* function, Function* repla
     LoadedImage(conduitName).replace(library, function, reinterpret_cast<void*>(replacement));
 }
 
+// Wine doesn't count them: GetProcessHandleCount answers 0. They are small multiples of 4.
+std::int64_t openHandles() {
+    constexpr std::uintptr_t handleEnd = 0x8000;
+    std::int64_t count = 0;
+    DWORD flags = 0;
+    for (std::uintptr_t handle = 4; handle < handleEnd; handle += 4)
+        count += GetHandleInformation(reinterpret_cast<HANDLE>(handle), &flags) != FALSE;
+    return count;
+}
+
 std::int64_t busyBytes(HANDLE heap) {
     std::int64_t bytes = 0;
     PROCESS_HEAP_ENTRY entry{};
@@ -139,9 +149,7 @@ void orderConduitFault(const std::string& fault) {
 
 ProcessUse processUse() {
     ProcessUse use;
-    DWORD handles = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &handles);
-    use.handles = handles;
+    use.handles = openHandles();
     std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr));
     heaps.resize(GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data()));
     for (const HANDLE heap : heaps) use.bytes += busyBytes(heap);
