@@ -10,7 +10,11 @@ const LibraryModule library;
 
 } // namespace
 
-LibraryModule::LibraryModule() : handle_(GetModuleHandleA(moduleName)) {}
+LibraryModule::LibraryModule() : handle_(GetModuleHandleA(moduleName)) {
+    constexpr DWORD flags = GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS;
+    HMODULE self = nullptr;
+    GetModuleHandleExA(flags, reinterpret_cast<const char*>(&library), &self);
+}
 
 HMODULE LibraryModule::handle() { return library.handle_; }
 
