@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 #ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes(); // GCC comes without its header
 #endif
 
 namespace tsr::test {
