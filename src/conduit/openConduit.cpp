@@ -39,7 +39,7 @@ std::int32_t replicate(ProgressCallback progressCallback, const SyncProperties& 
     const std::unique_ptr<Replicator> replicator = makeReplicator(properties.creator, palm);
     if (!replicator) return unknownApplication;
     return replicator->run(requestedType(properties));
-}
+} // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): it does not follow the count
 
 } // namespace
 

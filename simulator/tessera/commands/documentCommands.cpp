@@ -116,7 +116,8 @@ void addDocumentCommands(TesseraCommandLine& line, DocumentForm& form) {
         added.add_option("--user", options->user, std::string("Whose ") + words.place)->required();
         return added;
     };
-    const auto commandOfOne = [&](const char* group, const std::string& purpose, DocumentWork work) -> CLI::App& {
+    const auto commandOfOne = [&](const char* group, const std::string& purpose,
+                                  DocumentWork work) -> CLI::App& {
         CLI::App& added = command(group, noun, purpose, work);
         added.add_option("ID", options->id, "The " + noun + ": its identity or the first digits of it")
             ->required();

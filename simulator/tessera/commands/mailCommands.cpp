@@ -175,7 +175,8 @@ using MailWork = void (*)(const TesseraCommandLine&, const MailCommandOptions&);
 
 void addMailCommands(TesseraCommandLine& line) {
     const auto options = std::make_shared<MailCommandOptions>();
-    const auto command = [&line, options](const char* group, const char* purpose, MailWork work) -> CLI::App& {
+    const auto command = [&line, options](const char* group, const char* purpose,
+                                          MailWork work) -> CLI::App& {
         CLI::App& added = line.command(*line.app.get_subcommand(group), "mail", purpose,
                                        [&line, options, work] { work(line, *options); });
         added.add_option("--user", options->user, "Whose mail; times are told in his zone")->required();
