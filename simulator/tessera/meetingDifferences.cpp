@@ -13,7 +13,6 @@ namespace {
 
 using std::chrono::sys_days;
 
-
 std::int64_t requiredMoment(const Properties& sent, const std::string& name) {
     const auto minutes = parseNumber(firstValue(sent, name));
     if (!minutes) throw RequestRefused(ResultCode::ItemRefused, "The differences have no " + name + ".");
