@@ -111,6 +111,7 @@ MessageBytes toMessage(const SessionRequest& request) {
     writer.number(request.failedCall);
     writer.number(request.repeats);
     writer.texts(request.faults);
+    writer.bytes(request.traceFile);
     writer.handheld(request.handheld);
     return writer.take();
 }
@@ -122,6 +123,7 @@ MessageBytes toMessage(const SessionAnswer& answer) {
     writer.texts(answer.log);
     writer.texts(answer.progress);
     writer.bytes(answer.failedCall);
+    writer.bytes(answer.trace);
     writer.signedNumber(answer.handlesLeft);
     writer.signedNumber(answer.bytesLeft);
     writer.handheld(answer.handheld);
@@ -137,6 +139,7 @@ SessionRequest parseRequest(const MessageBytes& message) {
     request.failedCall = reader.number();
     request.repeats = reader.number();
     request.faults = reader.texts();
+    request.traceFile = reader.text();
     request.handheld = reader.handheld();
     return request;
 }
@@ -149,6 +152,7 @@ SessionAnswer parseAnswer(const MessageBytes& message) {
     answer.log = reader.texts();
     answer.progress = reader.texts();
     answer.failedCall = reader.text();
+    answer.trace = reader.text();
     answer.handlesLeft = reader.signedNumber();
     answer.bytesLeft = reader.signedNumber();
     answer.handheld = reader.handheld();

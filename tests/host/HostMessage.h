@@ -22,6 +22,7 @@ struct SessionRequest {
     std::uint64_t failedCall = 0;    // of the handheld, from 1, that fails with 0x4006; 0 for none
     std::uint64_t repeats = 1;       // each with the same handheld
     std::vector<std::string> faults; // see hostSystem.h
+    std::string traceFile; // that the calls write their trace to, beside the conduit; empty for none
     Handheld handheld;
 };
 
@@ -31,6 +32,7 @@ struct SessionAnswer {
     std::vector<std::string> log;      // of the last call, each entry behind the number of its activity
     std::vector<std::string> progress; // likewise
     std::string failedCall;            // as it was made; empty where the session ended before its turn
+    std::string trace;                 // of all calls
     std::int64_t handlesLeft = 0;      // by the calls behind the first ones
     std::int64_t bytesLeft = 0;
     Handheld handheld; // after the last call

@@ -12,6 +12,7 @@
 #include "handheld/logControl.h"
 #include "handheld/syncControl.h"
 #include "host/HostMessage.h"
+#include "host/TraceFile.h"
 #include "host/hostSystem.h"
 #include "hotsync/ConduitLibrary.h"
 #include "replication/failedCall.h"
@@ -69,9 +70,7 @@ void runOnce(const ConduitLibrary& conduit, const SessionRequest& request, Sessi
     hotSyncLogClear();
 }
 
-SessionAnswer serve(const ConduitLibrary& conduit, const SessionRequest& request) {
-    setConduitClock(request.clock);
-    for (const std::string& each : request.faults) orderConduitFault(each);
+SessionAnswer runAll(const ConduitLibrary& conduit, const SessionRequest& request) {
     SessionAnswer answer;
     ProcessUse before;
     for (std::uint64_t done = 0; done < request.repeats; ++done) {
@@ -82,6 +81,20 @@ SessionAnswer serve(const ConduitLibrary& conduit, const SessionRequest& request
     answer.handlesLeft = after.handles - before.handles;
     answer.bytesLeft = after.bytes - before.bytes;
     return answer;
+}
+
+SessionAnswer runTraced(const ConduitLibrary& conduit, const SessionRequest& request) {
+    TraceFile file(conduitFolder() / request.traceFile);
+    SessionAnswer answer = runAll(conduit, request);
+    answer.trace = file.take();
+    return answer;
+}
+
+SessionAnswer serve(const ConduitLibrary& conduit, const SessionRequest& request) {
+    setConduitClock(request.clock);
+    for (const std::string& each : request.faults) orderConduitFault(each);
+    traceConduit(!request.traceFile.empty());
+    return request.traceFile.empty() ? runAll(conduit, request) : runTraced(conduit, request);
 }
 
 void serveAll(const ConduitLibrary& conduit) {

@@ -18,10 +18,12 @@ class DatebookHistory : public ApplicationTest<MeetingItems, Replica> {
 protected:
     void run(std::uint32_t seed);
 
-private:
+    // What it is made of.
     void begin(std::uint32_t seed);
-    void configure(NextReplication type);
     void edit(RandomWords& random);
+
+private:
+    void configure(NextReplication type);
     void replicate(RandomWords& random); // to a clean HotSync, after which both sides agree
     void expectAgreement();
 

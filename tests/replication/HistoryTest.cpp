@@ -11,7 +11,7 @@ TEST_F(Histories, ContactsConverge) { expectConvergence({&contacts}, 300); }
 
 TEST_F(Histories, TasksConverge) { expectConvergence({&tasks}, 300); }
 
-TEST_F(Histories, AllApplicationsConvergeInOneHotSync) {
+TEST_F(Histories, ThreeApplicationsConvergeInOneHotSync) {
     expectConvergence({&contacts, &memos, &tasks}, 200);
 }
 

@@ -7,8 +7,7 @@ namespace tsr::test {
 // Calls the conduit that is linked into the test.
 class InProcessHost : public ISessionHost {
 public:
-    SessionRecord run(Handheld& handheld, std::uint32_t creator, bool slow,
-                      std::uint64_t failedCall) override;
+    SessionRecord run(Handheld& handheld, const SessionOrder& order) override;
 };
 
 } // namespace tsr::test

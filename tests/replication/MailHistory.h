@@ -18,11 +18,13 @@ class MailHistory : public ApplicationTest<MailItems, Replica> {
 protected:
     void run(std::uint32_t seed);
 
+    // What it is made of.
+    void begin(std::uint32_t seed);
+    void edit(RandomWords& random);
+
 private:
     enum Filter : std::uint8_t { All, SendOnly, Filtered, UnreadOnly };
 
-    void begin(std::uint32_t seed);
-    void edit(RandomWords& random);
     void replicate(RandomWords& random); // to a clean HotSync, after which both sides agree
 
     void expectAgreement();

@@ -1,19 +1,12 @@
 // Whole HotSyncs of messages.
 
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
-#include "foundation/moduleName.h"
 #include "handheld/forms/MailForm.h"
 #include "handheld/forms/fieldText.h"
-#include "platform/module.h"
 #include "replication/MailItems.h"
 #include "replication/RandomWords.h"
 #include "replication/ReplicationTest.h"
 #include "replication/deviceText.h"
 #include "replication/mailboxes.h"
-#include "support/environment.h"
 
 namespace tsr {
 namespace {
@@ -37,12 +30,7 @@ protected:
     Store& store() { return office->store(); }
     std::int64_t max() const { return office->userId(); }
 
-    std::int64_t addUser(const std::string& name) {
-        User user;
-        user.name = name;
-        store().addUser(user, "");
-        return store().findUser(name)->id;
-    }
+    std::int64_t addUser(const std::string& name) { return office->addUser(name); }
 
     static Mail mailOf(const std::string& subject, const std::string& body = "Hi") {
         Mail mail;
@@ -482,14 +470,11 @@ TEST_F(MailReplication, WhatIsOlderThanTheWindowDoesNotArrive) {
 TEST_F(MailReplication, AQuotationMarkInAFilterIsToldAndTouchesNothing) {
     arrive("Lunch");
     syncAndSettle();
-    const std::string path = platform::moduleDirectory(moduleName) + "TsrMail.log";
-    const test::ScopedVariable on{"TSR_DEBUG_LOG", "1"};
-    std::filesystem::remove(path);
     setFilter({.subject = "5\" disks"});
     arrive("Tea");
     const std::vector<HandheldRecord> state = handheld.find("MailSync")->records().all();
     const std::vector<HandheldRecord> records = database().records().all();
-    hotSync();
+    const std::string trace = tracedHotSync();
     const std::string reason =
         "Cannot read the selection formula at character 51, '\"))': the closing quotation "
         "mark is missing.";
@@ -499,11 +484,8 @@ TEST_F(MailReplication, AQuotationMarkInAFilterIsToldAndTouchesNothing) {
     EXPECT_EQ(log()[0], "19 Mail");
     EXPECT_THAT(log()[2], HasSubstr(phase));
     EXPECT_THAT(log()[3], HasSubstr(reason));
-    std::stringstream traced;
-    traced << std::ifstream(path).rdbuf();
-    EXPECT_THAT(traced.str(), HasSubstr(phase));
-    EXPECT_THAT(traced.str(), HasSubstr(reason));
-    std::filesystem::remove(path);
+    EXPECT_THAT(trace, HasSubstr(phase));
+    EXPECT_THAT(trace, HasSubstr(reason));
     EXPECT_EQ(handheld.find("MailSync")->records().all(), state);
     EXPECT_EQ(database().records().all(), records);
     setFilter({.subject = "tea"});
@@ -513,26 +495,20 @@ TEST_F(MailReplication, AQuotationMarkInAFilterIsToldAndTouchesNothing) {
 
 TEST_F(MailReplication, RefusedMailStaysInTheOutbox) {
     const std::int64_t ann = addUser("Ann");
-    const std::string path = platform::moduleDirectory(moduleName) + "TsrMail.log";
-    const test::ScopedVariable on{"TSR_DEBUG_LOG", "1"};
     office->service().orderFaults({.refusedSubjects = {"Tea"}});
     const std::uint32_t tea = write(outbox, "Tea", "Ann", "Four?");
     write(outbox, "Lunch", "Ann", "Noon?");
     const std::string failed = "** An error occurred whilst sending the mail item with subject 'Tea'.";
     for (int session = 0; session < 2; ++session) {
         SCOPED_TRACE(session);
-        std::filesystem::remove(path);
-        hotSync();
+        const std::string trace = tracedHotSync();
         EXPECT_THAT(log(), ElementsAre("19 Mail", "22 " + failed, "22 " + refusal, "20 Mail"));
-        std::stringstream traced;
-        traced << std::ifstream(path).rdbuf();
-        EXPECT_THAT(traced.str(), HasSubstr(failed));
-        EXPECT_THAT(traced.str(), HasSubstr(refusal));
+        EXPECT_THAT(trace, HasSubstr(failed));
+        EXPECT_THAT(trace, HasSubstr(refusal));
         EXPECT_EQ(database().records().size(), 1u);
         EXPECT_EQ(database().records().find(tea)->category, outbox);
         EXPECT_EQ(folder(ann, inboxFolder).size(), 1u);
     }
-    std::filesystem::remove(path);
     office->service().orderFaults({});
     sync();
     EXPECT_EQ(database().records().size(), 0u);

@@ -4,15 +4,14 @@
 
 namespace tsr::test {
 
-SessionRecord RecordingHost::run(Handheld& handheld, std::uint32_t creator, bool slow,
-                                 std::uint64_t failedCall) {
-    SessionRecord record = host_->run(handheld, creator, slow, failedCall);
+SessionRecord RecordingHost::run(Handheld& handheld, const SessionOrder& order) {
     SessionPicture picture;
-    picture.log = record.log;
+    picture.record = host_->run(handheld, order);
     picture.wire = tap_.take();
     for (const auto& [name, database] : handheld.databases) picture.databases[name] = toPdb(database);
+    picture.preferences = handheld.preferences;
     pictures_.push_back(std::move(picture));
-    return record;
+    return pictures_.back().record;
 }
 
 } // namespace tsr::test

@@ -12,11 +12,10 @@ namespace tsr::test {
 
 // All that a session leaves for others to see.
 struct SessionPicture {
-    std::vector<std::string> log;
+    SessionRecord record;
     std::string wire;                                           // see WireTap
     std::map<std::string, std::vector<std::uint8_t>> databases; // by name, as the files that they would be
-
-    bool operator==(const SessionPicture&) const = default;
+    std::map<PreferenceKey, Preference> preferences;
 };
 
 // Has another host do the work and takes a picture of each session. From the first to the last day of its
@@ -28,8 +27,7 @@ public:
     }
     ~RecordingHost() override { setSessionHost(nullptr); }
 
-    SessionRecord run(Handheld& handheld, std::uint32_t creator, bool slow,
-                      std::uint64_t failedCall) override;
+    SessionRecord run(Handheld& handheld, const SessionOrder& order) override;
 
     const std::vector<SessionPicture>& pictures() const { return pictures_; }
 

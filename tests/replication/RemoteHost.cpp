@@ -1,21 +1,47 @@
 #include "replication/RemoteHost.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 #include "conduit/SyncProperties.h"
-#include "replication/Office.h"
+
+#include "gtest/gtest.h"
 
 namespace tsr::test {
 
 namespace {
 
 constexpr std::size_t sizeBytes = 4; // in front of a message
+
+class Pipe {
+public:
+    // Another program that is started meanwhile must not hold the ends.
+    Pipe() {
+        if (pipe2(ends_.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe can be made");
+    }
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+    ~Pipe() {
+        for (const int end : ends_) {
+            if (end >= 0) close(end);
+        }
+    }
+
+    int reading() const { return ends_[0]; }
+    int writing() const { return ends_[1]; }
+    int takeReading() { return std::exchange(ends_[0], -1); }
+    int takeWriting() { return std::exchange(ends_[1], -1); }
+
+private:
+    std::array<int, 2> ends_{-1, -1};
+};
 
 // Databases that stay keep their place: tests hold them over a session.
 void take(Handheld& handheld, Handheld&& after) {
@@ -36,41 +62,47 @@ void take(Handheld& handheld, Handheld&& after) {
 
 RemoteHost::RemoteHost(const std::string& command) : command_(command) {
     std::signal(SIGPIPE, SIG_IGN); // a program that ends is told by the failed write
-    int toProgram[2];
-    int fromProgram[2];
-    // Another program that is started meanwhile must not hold the ends.
-    if (pipe2(toProgram, O_CLOEXEC) != 0 || pipe2(fromProgram, O_CLOEXEC) != 0)
-        throw std::runtime_error("no pipe can be made");
+    Pipe toProgram;
+    Pipe fromProgram;
+    const std::string line = "exec " + command; // behind the fork no memory may be asked for
     process_ = fork();
+    if (process_ < 0) throw std::runtime_error("no process can be made for " + command);
     if (process_ == 0) {
-        dup2(toProgram[0], STDIN_FILENO);
-        dup2(fromProgram[1], STDOUT_FILENO);
-        execl("/bin/sh", "sh", "-c", ("exec " + command).c_str(), nullptr);
+        dup2(toProgram.reading(), STDIN_FILENO);
+        dup2(fromProgram.writing(), STDOUT_FILENO);
+        execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
         _exit(127);
     }
-    close(toProgram[0]);
-    close(fromProgram[1]);
-    input_ = toProgram[1];
-    output_ = fromProgram[0];
+    input_ = toProgram.takeWriting();
+    output_ = fromProgram.takeReading();
 }
 
+// A conduit that does harm as it is unloaded is told by the status alone.
 RemoteHost::~RemoteHost() {
     close(input_);
     close(output_);
-    waitpid(process_, nullptr, 0);
+    int status = 0;
+    while (waitpid(process_, &status, 0) < 0 && errno == EINTR) continue;
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << command_ << " ended with status " << status;
 }
 
-SessionRecord RemoteHost::run(Handheld& handheld, std::uint32_t creator, bool slow,
-                              std::uint64_t failedCall) {
+SessionRecord RemoteHost::run(Handheld& handheld, const SessionOrder& order) {
     SessionRequest request;
-    request.creator = creator;
-    request.syncType = slow ? SyncProperties::slow : 0;
-    request.clock = noon;
-    request.failedCall = failedCall;
+    request.creator = order.creator;
+    request.syncType = order.slow ? SyncProperties::slow : 0;
+    request.clock = order.clock;
+    request.failedCall = order.failedCall;
+    request.traceFile = order.traceFile;
     request.handheld = handheld;
     SessionAnswer answer = ask(request);
     take(handheld, std::move(answer.handheld));
-    return {answer.result, std::move(answer.log), std::move(answer.failedCall)};
+    SessionRecord record;
+    record.result = answer.result;
+    record.log = std::move(answer.log);
+    record.progress = std::move(answer.progress);
+    record.failedCall = std::move(answer.failedCall);
+    record.trace = std::move(answer.trace);
+    return record;
 }
 
 SessionAnswer RemoteHost::ask(const SessionRequest& request) {

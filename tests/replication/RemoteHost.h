@@ -13,10 +13,9 @@ public:
     explicit RemoteHost(const std::string& command); // for the shell; raises std::runtime_error
     RemoteHost(const RemoteHost&) = delete;
     RemoteHost& operator=(const RemoteHost&) = delete;
-    ~RemoteHost() override; // ends the program
+    ~RemoteHost() override; // ends the program; another status than 0 fails the test
 
-    SessionRecord run(Handheld& handheld, std::uint32_t creator, bool slow,
-                      std::uint64_t failedCall) override;
+    SessionRecord run(Handheld& handheld, const SessionOrder& order) override;
 
     // Raises std::runtime_error where there is no answer, or one about an error.
     SessionAnswer ask(const SessionRequest& request);

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
+#include "foundation/DebugLogStream.h"
 #include "handheld/CategoryTable.h"
 #include "handheld/HandheldError.h"
 #include "handheld/standardDatabases.h"
 #include "handheld/syncControl.h"
-#include "replication/SessionHost.h"
 #include "tessera/categories.h"
 
 #include "gmock/gmock.h"
@@ -37,15 +37,22 @@ NextReplication Replica::nextReplication() {
 }
 
 void Replica::runConduit(bool slow, std::uint64_t failedCall) {
-    SessionRecord record = sessionHost().run(handheld_, kind_.application().creator, slow, failedCall);
-    ASSERT_EQ(record.result, 0);
-    log_ = std::move(record.log);
-    failedCall_ = std::move(record.failedCall);
+    SessionOrder order;
+    order.slow = slow;
+    order.failedCall = failedCall;
+    run(std::move(order));
+}
+
+void Replica::run(SessionOrder order) {
+    order.creator = kind_.application().creator;
+    order.clock = desktopClock_;
+    last_ = sessionHost().run(handheld_, order);
+    ASSERT_EQ(last_.result, 0);
 }
 
 void Replica::expectCleanLog() const {
     const std::string title = kind_.title();
-    ASSERT_THAT(log_, testing::ElementsAre("19 " + title, "20 " + title));
+    ASSERT_THAT(last_.log, testing::ElementsAre("19 " + title, "20 " + title));
 }
 
 void Replica::hotSync(bool slow) {
@@ -56,7 +63,15 @@ void Replica::hotSync(bool slow) {
 std::string Replica::hotSyncWithFailedCall(std::uint64_t number) {
     runConduit(false, number);
     handheldEndSession();
-    return failedCall_;
+    return last_.failedCall;
+}
+
+std::string Replica::tracedHotSync() {
+    SessionOrder order;
+    order.traceFile = DebugLogStream::fileName(kind_.title());
+    run(std::move(order));
+    handheldEndSession();
+    return last_.trace;
 }
 
 void Replica::sync(bool slow) {

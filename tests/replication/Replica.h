@@ -6,6 +6,7 @@
 #include "handheld/Handheld.h"
 #include "replication/ItemKind.h"
 #include "replication/Office.h"
+#include "replication/SessionHost.h"
 
 namespace tsr::test {
 
@@ -24,7 +25,7 @@ public:
     // As the HotSync manager does it for this application; several of them make one HotSync. Afterwards log()
     // has its entries, each behind the number of its activity.
     void runConduit(bool slow, std::uint64_t failedCall = 0);
-    const Strings& log() const { return log_; }
+    const Strings& log() const { return last_.log; }
     void expectCleanLog() const;
 
     // One HotSync of this application alone, whatever comes of it.
@@ -35,7 +36,11 @@ public:
     // nothing where the session ended before its turn.
     std::string hotSyncWithFailedCall(std::uint64_t number);
 
+    std::string tracedHotSync(); // gives the trace
+
     void expectNothingMoves(); // in another HotSync
+
+    void setDesktopClock(std::int64_t secondsSince1970) { desktopClock_ = secondsSince1970; }
 
     HandheldDatabase& database() { return *handheld_.find(kind_.application().database); }
     std::string categoryName(std::size_t slot);
@@ -49,11 +54,13 @@ public:
     Strings versionsInNotes();
 
 private:
+    void run(SessionOrder order);
+
     const ReplicatedKind& kind_;
     Handheld& handheld_;
     const std::unique_ptr<Office>& office_;
-    Strings log_;
-    std::string failedCall_;
+    std::int64_t desktopClock_ = noon;
+    SessionRecord last_;
 };
 
 // Of an application whose items are one record each.

@@ -3,8 +3,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include <unistd.h>
 
@@ -40,16 +38,22 @@ std::string windowsProgram(const std::string& name) {
 
 class WindowsLibrary : public test::ApplicationTest<test::MemoItems> {
 protected:
-    SessionAnswer sessionWith(const std::vector<std::string>& faults) {
+    SessionRequest requestWith(const std::vector<std::string>& faults) {
         SessionRequest request;
         request.creator = kind().application().creator;
         request.clock = test::noon;
         request.faults = faults;
         request.handheld = handheld;
+        return request;
+    }
+
+    static SessionAnswer ask(const SessionRequest& request) {
         SessionAnswer answer = RemoteHost(windowsProgram("conduithost.exe")).ask(request);
         EXPECT_EQ(answer.result, 0);
         return answer;
     }
+
+    SessionAnswer sessionWith(const std::vector<std::string>& faults) { return ask(requestWith(faults)); }
 };
 
 TEST_F(WindowsLibrary, RunsASession) {
@@ -94,10 +98,21 @@ TEST_F(WindowsLibrary, TracesBesideItselfWhileControlIsDown) {
     sessionWith({});
     ASSERT_TRUE(fs::exists(trace));
     EXPECT_EQ(fs::file_size(trace), 0U);
-    sessionWith({"control-key"});
-    std::ifstream stream(trace);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    EXPECT_THAT(text, HasSubstr("2.4.2.0")); // of the version record
+    SessionRequest request = requestWith({});
+    request.traceFile = "TsrMemoPad.log";
+    EXPECT_THAT(ask(request).trace, HasSubstr("2.4.2.0")); // of the version record
+}
+
+TEST_F(WindowsLibrary, ManyCallsThatDoNotGetToTheServerLeaveNothingBehind) {
+    for (const char* fault : {"no-networking", "no-function gethostbyname"}) {
+        SCOPED_TRACE(fault);
+        SessionRequest request = requestWith({fault});
+        request.repeats = 1010; // the first ten make what stays
+        const SessionAnswer answer = ask(request);
+        EXPECT_THAT(answer.log, Contains(EndsWith(" ** Unable to connect to Tessera Services.")));
+        EXPECT_EQ(answer.handlesLeft, 0);
+        EXPECT_LT(answer.bytesLeft, 1000); // less than a byte for each call
+    }
 }
 
 TEST_F(WindowsLibrary, SynchronisesAFolderThatLinuxHasMade) {

@@ -1,5 +1,6 @@
 #include "host/hostSystem.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <malloc.h>
 #include <stdexcept>
@@ -32,6 +33,18 @@ std::int64_t allocatedBytes() {
 void useBinaryStreams() {}
 
 void setConduitClock(std::int64_t secondsSince1970) { conduitTime = secondsSince1970; }
+
+void traceConduit(bool on) {
+    if (on) {
+        setenv("TSR_DEBUG_LOG", "1", 1);
+    } else {
+        unsetenv("TSR_DEBUG_LOG");
+    }
+}
+
+std::filesystem::path conduitFolder() {
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path();
+}
 
 void orderConduitFault(const std::string& fault) {
     throw std::runtime_error("no fault is known here as " + fault);

@@ -43,6 +43,7 @@ FARPROC WINAPI allButTheMissing(HMODULE module, const char* name) {
 }
 
 SHORT WINAPI keyIsDown(int) { return static_cast<SHORT>(0x8000); }
+SHORT WINAPI keyIsUp(int) { return 0; }
 
 int WINAPI noString(HINSTANCE, UINT, char*, int) { return 0; }
 
@@ -131,14 +132,20 @@ void setConduitClock(std::int64_t secondsSince1970) {
     replaceInConduit("KERNEL32.dll", "GetSystemTime", conduitSystemTime);
 }
 
+void traceConduit(bool on) { replaceInConduit("USER32.dll", "GetAsyncKeyState", on ? keyIsDown : keyIsUp); }
+
+std::filesystem::path conduitFolder() {
+    char path[MAX_PATH] = "";
+    GetModuleFileNameA(nullptr, path, sizeof path);
+    return std::filesystem::path(path).parent_path();
+}
+
 void orderConduitFault(const std::string& fault) {
     const std::string functionFault = "no-function ";
     if (fault == "no-networking") {
         replaceInConduit("KERNEL32.dll", "LoadLibraryA", noLibrary);
     } else if (fault == "no-strings") {
         replaceInConduit("USER32.dll", "LoadStringA", noString);
-    } else if (fault == "control-key") {
-        replaceInConduit("USER32.dll", "GetAsyncKeyState", keyIsDown);
     } else if (fault.starts_with(functionFault)) {
         missingFunction = fault.substr(functionFault.size());
         replaceInConduit("KERNEL32.dll", "GetProcAddress", allButTheMissing);
