@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "replication/DatebookHistory.h"
+#include "replication/FreeTimeHistory.h"
 #include "replication/Histories.h"
 #include "replication/InProcessHost.h"
 #include "replication/MailHistory.h"
@@ -99,6 +100,7 @@ private:
 class Parity : public Tapped<test::Histories> {};
 class DatebookParity : public Tapped<test::DatebookHistory> {};
 class MailParity : public Tapped<test::MailHistory> {};
+class FreeTimeParity : public Tapped<test::FreeTimeHistory> {};
 
 constexpr std::uint32_t seeds = 40;
 constexpr std::uint32_t failingSeeds = 20;
@@ -143,6 +145,14 @@ TEST_F(MailParity, MailLeavesTheSameBytes) {
 }
 
 TEST_F(MailParity, MailLeavesTheSameBytesWhereCallsFail) {
+    expectSamePictures(forSeeds(failingSeeds, [this](std::uint32_t seed) { runWithFailedCalls(seed); }));
+}
+
+TEST_F(FreeTimeParity, FreeTimeLeavesTheSameBytes) {
+    expectSamePictures(forSeeds(seeds, [this](std::uint32_t seed) { run(seed); }));
+}
+
+TEST_F(FreeTimeParity, FreeTimeLeavesTheSameBytesWhereCallsFail) {
     expectSamePictures(forSeeds(failingSeeds, [this](std::uint32_t seed) { runWithFailedCalls(seed); }));
 }
 
