@@ -6,9 +6,9 @@
 #include "foundation/desktopTimeZone.h"
 #include "foundation/fileVersion.h"
 #include "foundation/messages.h"
-#include "foundation/moduleName.h"
 #include "foundation/utcNow.h"
 #include "platform/debugSwitch.h"
+#include "platform/moduleName.h"
 
 namespace tsr {
 

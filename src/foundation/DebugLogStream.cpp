@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "foundation/moduleName.h"
 #include "platform/module.h"
+#include "platform/moduleName.h"
 
 namespace tsr {
 

@@ -6,9 +6,9 @@
 #include <set>
 
 #include "applications/ItemReplicatorTest.h"
-#include "foundation/moduleName.h"
 #include "foundation/signals.h"
 #include "platform/module.h"
+#include "platform/moduleName.h"
 #include "records/PalmDummyRecord.h"
 #include "support/environment.h"
 #include "support/errors.h"

@@ -5,8 +5,8 @@
 
 #include "conduit/PipelineTest.h"
 #include "foundation/ServerRequestError.h"
-#include "foundation/moduleName.h"
 #include "platform/module.h"
+#include "platform/moduleName.h"
 #include "support/environment.h"
 
 namespace tsr {

@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "foundation/moduleName.h"
 #include "platform/module.h"
+#include "platform/moduleName.h"
 #include "support/SessionTest.h"
 #include "support/environment.h"
 #include "support/testClock.h"

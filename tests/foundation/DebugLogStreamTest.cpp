@@ -5,8 +5,8 @@
 #include <sstream>
 
 #include "foundation/Tag.h"
-#include "foundation/moduleName.h"
 #include "platform/module.h"
+#include "platform/moduleName.h"
 
 #include "gtest/gtest.h"
 

@@ -3,11 +3,11 @@
 #include <memory>
 
 #include "conduit/openConduit.h"
-#include "foundation/moduleName.h"
 #include "handheld/logControl.h"
 #include "handheld/syncControl.h"
 #include "host/TraceFile.h"
 #include "platform/module.h"
+#include "platform/moduleName.h"
 #include "replication/failedCall.h"
 #include "support/environment.h"
 #include "support/testClock.h"

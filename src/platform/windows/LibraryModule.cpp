@@ -1,6 +1,6 @@
 #include "platform/windows/LibraryModule.h"
 
-#include "foundation/moduleName.h"
+#include "platform/moduleName.h"
 
 namespace tsr::platform {
 
