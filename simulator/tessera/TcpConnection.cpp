@@ -15,10 +15,10 @@ namespace {
 
 // At most this much is read of one client before the others have their turn, so that a header that lies costs
 // little memory and a fast client little time.
-constexpr std::size_t pieceBytes = 64 * 1024;
+constexpr std::size_t pieceBytes = 64 << 10;
 
 // What a client that is out of step may still send before it is cut off.
-constexpr std::size_t maxDrainedBytes = 16 * 1024 * 1024;
+constexpr std::size_t maxDrainedBytes = 16 << 20;
 
 void setOption(int socket, int name) {
     const int on = 1;

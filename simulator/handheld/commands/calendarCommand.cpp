@@ -30,7 +30,7 @@ struct CalendarOptions {
 
 sys_days parseDay(const std::string& name, const std::string& text) {
     const std::uint32_t packed = parseDateField(name, text);
-    return sys_days(year(1904 + static_cast<int>(packed >> 9)) / (packed >> 5 & 15) / (packed & 31));
+    return sys_days(year(1904 + static_cast<int>(packed >> 9)) / month(packed >> 5 & 15) / day(packed & 31));
 }
 
 year_month chosenMonth(const CalendarOptions& options, std::int64_t now) {

@@ -166,7 +166,7 @@ Event toEvent(const DatebookFields& record) {
         const auto minuteOf = [](const ClockTime& time) { return time.hour * minutesPerHour + time.minute; };
         const std::uint32_t from = minuteOf(parseTimeField("start", start));
         const std::uint32_t to = minuteOf(parseTimeField("end", fieldValue(fields, "end")));
-        event.start += from * 60;
+        event.start += std::int64_t{from} * 60;
         event.minutes = to < from ? 0 : to - from;
     }
     if (const std::string alarm = fieldValue(fields, "alarm"); !alarm.empty())
