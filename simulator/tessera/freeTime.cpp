@@ -48,8 +48,8 @@ std::vector<Span> freeSpans(const User& user, std::vector<Span> busy, const Zone
     for (std::int64_t day = today; day < today + days; ++day) {
         if (!user.hours.days[weekday(day)]) continue;
         const std::int64_t midnight = day * secondsPerDay;
-        const Span hours{user.zone.toUtc(midnight + user.hours.startMinute * 60),
-                         user.zone.toUtc(midnight + user.hours.endMinute * 60)};
+        const Span hours{user.zone.toUtc(midnight + std::int64_t{user.hours.startMinute} * 60),
+                         user.zone.toUtc(midnight + std::int64_t{user.hours.endMinute} * 60)};
         appendFree(spans, hours, busy, askerZone);
     }
     return spans;

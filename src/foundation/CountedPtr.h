@@ -55,7 +55,7 @@ public:
         void* original = count_->original;
         delete count_;
         deleter_(original);
-    }
+    } // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): likewise
 
     T* get() const { return object_; }
     T& operator*() const { return *object_; }

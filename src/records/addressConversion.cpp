@@ -44,7 +44,7 @@ void setPhones(NotesAddressRecord& notes, const PalmAddressRecord& palm) {
 
 PalmAddressRecord toPalmAddressRecord(const NotesAddressRecord& notes) {
     PalmAddressRecord palm;
-    static_cast<AddressTexts&>(palm) = notes;
+    static_cast<AddressTexts&>(palm) = static_cast<const AddressTexts&>(notes);
     palm.note = notes.body;
     setPhones(palm, notes);
     return palm;
@@ -52,7 +52,7 @@ PalmAddressRecord toPalmAddressRecord(const NotesAddressRecord& notes) {
 
 NotesAddressRecord toNotesAddressRecord(const PalmAddressRecord& palm) {
     NotesAddressRecord notes;
-    static_cast<AddressTexts&>(notes) = palm;
+    static_cast<AddressTexts&>(notes) = static_cast<const AddressTexts&>(palm);
     notes.body = palm.note;
     setPhones(notes, palm);
     return notes;

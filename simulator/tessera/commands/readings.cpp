@@ -56,7 +56,8 @@ std::int64_t parseReading(const std::string& text) {
     const int second = number(whole, 17, 2);
     if (!date.ok() || date.year() < year(1970) || hour > 23 || minute > 59 || second > 59)
         raiseNoMoment(text);
-    return sys_days(date).time_since_epoch().count() * secondsPerDay + (hour * 60 + minute) * 60 + second;
+    const seconds time = hours(hour) + minutes(minute) + seconds(second);
+    return (sys_days(date).time_since_epoch() + time).count();
 }
 
 std::string readingText(std::int64_t local) {
