@@ -15,10 +15,3 @@ if(TSR_SANITIZE)
         add_compile_options(-Wno-maybe-uninitialized)
     endif()
 endif()
-
-# For tests and commands, which are compiled far more often than they run: nothing is optimized, and of the sanitizers' checks
-# those are left out that cost most and that reading from the wrong place shows as well.
-set(TSR_CHEAPLY -O0)
-if(TSR_SANITIZE)
-    list(APPEND TSR_CHEAPLY -fno-sanitize=null,alignment,object-size,vptr)
-endif()

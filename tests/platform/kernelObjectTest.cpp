@@ -2,6 +2,8 @@
 
 #include <cerrno>
 
+#include "foundation/HandleBased.h"
+#include "foundation/Win32Error.h"
 #include "platform/systemError.h"
 
 #include "gtest/gtest.h"
@@ -17,6 +19,15 @@ TEST(KernelObject, HandlesAreNeverGivenTwice) {
     const KernelHandle second = createEvent(true);
     EXPECT_NE(second, first);
     EXPECT_TRUE(closeHandle(second));
+}
+
+// On Windows it would be given the number that is free.
+TEST(KernelObject, ASecondCloseClosesNobodyElses) {
+    HandleBased owner(createEvent(true));
+    owner.closeHandle();
+    const HandleBased other(createEvent(true));
+    EXPECT_THROW(owner.closeHandle(), Win32Error);
+    EXPECT_TRUE(setEvent(other.handle()));
 }
 
 TEST(KernelObject, AClosedHandleFailsEverywhereWithItsCode) {

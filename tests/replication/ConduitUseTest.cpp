@@ -26,9 +26,8 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::SizeIs;
 
-constexpr std::uint64_t warmUp = 10; // the first calls make what stays
-constexpr std::uint64_t thousand = 1000 + warmUp;
-constexpr std::uint64_t hundreds = 200 + warmUp;
+constexpr std::uint64_t thousand = 1000 + test::callsThatWarmUp;
+constexpr std::uint64_t hundreds = 200 + test::callsThatWarmUp;
 
 const test::ContactItems contacts;
 const test::MeetingItems meetings;
@@ -66,8 +65,9 @@ protected:
 
     static void expectNothingLeft(const SessionAnswer& answer, const SessionRequest& request) {
         EXPECT_EQ(answer.handlesLeft, 0);
-        EXPECT_LT(answer.bytesLeft,
-                  static_cast<std::int64_t>(request.repeats - warmUp)); // less than one for each
+        EXPECT_LT(
+            answer.bytesLeft,
+            static_cast<std::int64_t>(request.repeats - test::callsThatWarmUp)); // less than one for each
     }
 
     template <typename Work>

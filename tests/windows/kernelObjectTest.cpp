@@ -35,6 +35,19 @@ TEST(KernelObject, IsOneOfTheSystem) {
     EXPECT_FALSE(event.wait(0));
 }
 
+std::uint32_t TSR_THREAD_CALL endWithItsArgument(void* argument) {
+    return *static_cast<const std::uint32_t*>(argument);
+}
+
+TEST(KernelObject, KeepsTheExitCodeOfAThread) {
+    std::uint32_t wanted = 0x80000011;
+    const HandleBased thread(platform::startThread(&endWithItsArgument, &wanted));
+    EXPECT_EQ(platform::waitFor(thread.handle(), platform::infinitely), platform::waitSignalled);
+    DWORD code = 0;
+    EXPECT_TRUE(GetExitCodeThread(reinterpret_cast<HANDLE>(thread.handle()), &code));
+    EXPECT_EQ(code, wanted);
+}
+
 // Without a handheld attached, to serve its link does nothing.
 TEST(KeepAliveRunnable, ServesTheLinkBesideItsStarterUntilItIsStopped) {
     struct Body : Runnable {

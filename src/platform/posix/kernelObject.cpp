@@ -117,6 +117,9 @@ KernelHandle startThread(ThreadEntry entry, void* argument) {
         handles().remove(handle);
         errno = error.code().value();
         return 0;
+    } catch (...) {
+        handles().remove(handle);
+        throw;
     }
     return handle;
 }

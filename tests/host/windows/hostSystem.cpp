@@ -42,8 +42,12 @@ FARPROC WINAPI allButTheMissing(HMODULE module, const char* name) {
     return nullptr;
 }
 
-SHORT WINAPI keyIsDown(int) { return static_cast<SHORT>(0x8000); }
-SHORT WINAPI keyIsUp(int) { return 0; }
+// The top bit tells that a key is down, the lowest one that it was. Other keys are the other way round.
+constexpr auto isDown = static_cast<SHORT>(0x8000);
+constexpr SHORT wasDown = 1;
+
+SHORT WINAPI controlIsDown(int key) { return key == VK_CONTROL ? isDown : wasDown; }
+SHORT WINAPI controlIsUp(int key) { return key == VK_CONTROL ? wasDown : isDown; }
 
 int WINAPI noString(HINSTANCE, UINT, char*, int) { return 0; }
 
@@ -132,7 +136,9 @@ void setConduitClock(std::int64_t secondsSince1970) {
     replaceInConduit("KERNEL32.dll", "GetSystemTime", conduitSystemTime);
 }
 
-void traceConduit(bool on) { replaceInConduit("USER32.dll", "GetAsyncKeyState", on ? keyIsDown : keyIsUp); }
+void traceConduit(bool on) {
+    replaceInConduit("USER32.dll", "GetAsyncKeyState", on ? controlIsDown : controlIsUp);
+}
 
 std::filesystem::path conduitFolder() {
     char path[MAX_PATH] = "";
