@@ -96,10 +96,22 @@ std::int32_t call(const std::string& function, const std::string& arguments, voi
     return script().next(function, block);
 }
 
+// Shown where a field that is always 0 isn't.
+std::string unlessZero(const char* name, std::uint32_t value) {
+    return value == 0 ? std::string() : std::string(", ") + name + ' ' + number(value);
+}
+
 std::string recordText(const RawRecordInfo& raw) {
     return "handle " + number(raw.fileHandle) + ", id " + number(raw.recordId) + ", index "
          + number(raw.recordIndex) + ", attributes " + hex(raw.attributes) + ", category "
-         + number(raw.categoryId) + ", size " + number(raw.recordSize) + ", room " + number(raw.bufferSize);
+         + number(raw.categoryId) + ", size " + number(raw.recordSize) + ", room " + number(raw.bufferSize)
+         + unlessZero("conduit", raw.conduitId) + unlessZero("reserved", raw.reserved);
+}
+
+std::string appInfoText(const AppInfoBlockInfo& block) {
+    return ", total " + number(block.totalBytes) + ", read " + number(block.bytesRead)
+         + unlessZero("file", static_cast<std::uint8_t>(block.fileName[0]))
+         + unlessZero("reserved", block.reserved);
 }
 
 std::int32_t recordCall(const std::string& function, RawRecordInfo* raw) {
@@ -126,7 +138,8 @@ std::int32_t SyncCreateDB(DatabaseCreateBlock* block) {
     block->fileHandle = script().nextHandle++;
     return call("SyncCreateDB", std::string(block->name) + ", creator " + hex(block->creator) + ", type "
                                     + hex(block->type) + ", flags " + hex(block->flags) + ", card "
-                                    + number(block->cardNumber) + ", version " + number(block->version));
+                                    + number(block->cardNumber) + ", version " + number(block->version)
+                                    + unlessZero("reserved", block->reserved));
 }
 
 std::int32_t SyncCloseDBEx(std::uint8_t handle, std::uint8_t option) {
@@ -177,16 +190,13 @@ std::int32_t SyncGetDBRecordCount(std::uint8_t handle, std::uint16_t* count) {
 }
 
 std::int32_t SyncReadDBAppInfoBlock(std::uint8_t handle, AppInfoBlockInfo* block) {
-    return call("SyncReadDBAppInfoBlock",
-                "handle " + number(handle) + ", total " + number(block->totalBytes) + ", read "
-                    + number(block->bytesRead),
-                block);
+    return call("SyncReadDBAppInfoBlock", "handle " + number(handle) + appInfoText(*block), block);
 }
 
 std::int32_t SyncWriteDBAppInfoBlock(std::uint8_t handle, AppInfoBlockInfo* block) {
     return call("SyncWriteDBAppInfoBlock",
-                "handle " + number(handle) + ", total " + number(block->totalBytes) + ", read "
-                    + number(block->bytesRead) + ") (" + dataText(block->buffer, block->bytesRead),
+                "handle " + number(handle) + appInfoText(*block) + ") ("
+                    + dataText(block->buffer, block->bytesRead),
                 block);
 }
 
@@ -204,7 +214,8 @@ std::int32_t SyncReadAppPreference(AppPreferenceBlock* block) {
                 "creator " + hex(block->creator) + ", id " + number(block->preferenceId) + ", requested "
                     + number(block->requestedBytes) + ", version " + number(block->version) + ", actual "
                     + number(block->actualBytes) + ", backed up " + number(block->backedUp) + ", room "
-                    + number(block->bufferSize),
+                    + number(block->bufferSize) + unlessZero("start", block->reservedStart)
+                    + unlessZero("reserved", block->reserved),
                 block);
 }
 
